@@ -1,0 +1,46 @@
+# What every target of this project shares: the language, the warnings, the sanitizers.
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+set(CMAKE_AUTOMOC ON)
+set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
+
+add_library(ambrel-options INTERFACE)
+target_compile_options(ambrel-options INTERFACE
+  -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Werror
+  $<$<CXX_COMPILER_ID:GNU>:-fcoroutines>)
+target_compile_definitions(ambrel-options INTERFACE
+  QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_URL_CAST_FROM_STRING QT_NO_CAST_FROM_BYTEARRAY
+  QT_STRICT_ITERATORS QT_NO_FOREACH QT_DISABLE_DEPRECATED_BEFORE=0x060400)
+target_include_directories(ambrel-options INTERFACE ${CMAKE_SOURCE_DIR}/src)
+if(AMBREL_SANITIZE)
+  target_compile_options(ambrel-options INTERFACE -fsanitize=${AMBREL_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
+  target_link_options(ambrel-options INTERFACE -fsanitize=${AMBREL_SANITIZE})
+endif()
+
+# One floor of the client: a static library that sees only the floors it names.
+function(ambrel_library name)
+  cmake_parse_arguments(PARSE_ARGV 1 ARG "" "" "SOURCES;LINK")
+  add_library(${name} STATIC ${ARG_SOURCES})
+  target_link_libraries(${name} PUBLIC ambrel-options ${ARG_LINK})
+endfunction()
+
+# One test program, run by ctest without a display unless it asks for one.
+function(ambrel_test name)
+  cmake_parse_arguments(PARSE_ARGV 1 ARG "XVFB" "TIMEOUT" "SOURCES;LINK")
+  add_executable(${name} ${ARG_SOURCES})
+  target_link_libraries(${name} PRIVATE ambrel-options Qt6::Test ${ARG_LINK})
+  target_include_directories(${name} PRIVATE ${CMAKE_SOURCE_DIR}/tests)
+  set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests)
+  if(NOT ARG_TIMEOUT)
+    set(ARG_TIMEOUT 120)
+  endif()
+  if(ARG_XVFB)
+    add_test(NAME ${name} COMMAND ${CMAKE_SOURCE_DIR}/tests/support/under-display $<TARGET_FILE:${name}>)
+  else()
+    add_test(NAME ${name} COMMAND ${name})
+    set_tests_properties(${name} PROPERTIES ENVIRONMENT "QT_QPA_PLATFORM=offscreen")
+  endif()
+  set_tests_properties(${name} PROPERTIES TIMEOUT ${ARG_TIMEOUT})
+endfunction()

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <QString>
+#include <QUrl>
+
+namespace ambrel {
+
+/// The server used while the address is empty; ends in "/".
+QString productionServer();
+/// The server used when the address cannot be parsed; ends in "/".
+QString developmentServer();
+
+/// `text` without blanks and line breaks at both ends, ending in "/"; the production server when nothing is left.
+QString normalizedBaseURL(const QString &text);
+
+/// The base URL for a typed server address; the development server when the address is no URL.
+QUrl baseURLFromText(const QString &text);
+
+/// `base` with `path` beneath it, percent-encoded; "/" in `path` separates segments. `path` has no leading "/".
+QUrl appendingPath(const QUrl &base, const QString &path);
+
+} // namespace ambrel

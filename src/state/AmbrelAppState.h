@@ -1,0 +1,102 @@
+#pragma once
+
+#include "api/AmbrelAPI.h"
+#include "model/ResponseRecords.h"
+#include "state/LiveTimings.h"
+#include "state/Published.h"
+#include "tasks/BackgroundTask.h"
+
+#include <QCoroTask>
+#include <QObject>
+#include <memory>
+#include <optional>
+
+namespace ambrel {
+
+class AlertSound;
+
+/// The one state object of the application: what the user typed, what the server last said, and every operation
+/// that the user can start. Lives on the main thread. Operations never fail towards their caller: each outcome
+/// becomes a status text.
+class AmbrelAppState : public QObject, public std::enable_shared_from_this<AmbrelAppState>
+{
+    Q_OBJECT
+    template <typename Value>
+    using Observable = Published<AmbrelAppState, Value>;
+
+public:
+    /// Reads the settings and makes the device ID on first launch. `sound` must outlive the state.
+    static std::shared_ptr<AmbrelAppState> create(AlertSound &sound, const LiveTimings &timings = {});
+    ~AmbrelAppState() override;
+
+    Observable<QString> serverBaseURL; ///< as typed; normalised by saveSettings
+    Observable<QString> userId;
+    Observable<QString> displayName;
+    Observable<QString> email;
+    Observable<QString> phone;
+    Observable<QString> profileBio;
+    Observable<QString> latitudeText;  ///< degrees as typed
+    Observable<QString> longitudeText; ///< degrees as typed
+    Observable<bool> discoverable{this, true};
+    Observable<QList<MatchResult>> matches{this, {}}; ///< in the server's order
+    Observable<QString> statusText{this, QStringLiteral("Ready.")};
+    Observable<bool> showSeeMeFlash{this, false};
+    Observable<std::optional<SeeMeMessage>> incomingSeeMe{this, {}};
+    Observable<std::optional<MatchResult>> selectedMatch{this, {}};
+    Observable<bool> isBusy{this, false}; ///< disables buttons; it is no lock
+    Observable<bool> isLive{this, false};
+    Observable<QString> serverStatusText{this, QStringLiteral("Server not checked.")};
+    Observable<QString> betaStatusText{this, QStringLiteral("Android beta not checked.")};
+
+    /// Degrees; 39.0458 when the text does not parse.
+    double latitude() const;
+    /// Degrees; -84.5086 when the text does not parse.
+    double longitude() const;
+    /// True when the user ID is not blank.
+    bool isSignedIn() const;
+
+    /// Normalises the server address, rebuilds the server client and stores the eight user settings.
+    void saveSettings();
+
+    // Account
+    QCoro::Task<> signup();
+    QCoro::Task<> login();
+
+    // Server status
+    QCoro::Task<> checkServerStatus();
+
+    // Live loop
+    /// Starts both loops, or restarts them.
+    void startLive();
+    void stopLive();
+    /// One cycle of the live loop.
+    QCoro::Task<> updateAndCheck();
+
+    // Match actions
+    /// Makes `match` the selected one.
+    void keep(const MatchResult &match);
+    QCoro::Task<> dismiss(MatchResult match);
+    QCoro::Task<> seeMe(MatchResult match);
+
+    // See Me
+    /// One cycle of the See Me loop.
+    QCoro::Task<> pollSeeMe();
+    /// Shows the flash for its fixed duration.
+    void flashSeeMeLogo();
+
+Q_SIGNALS:
+    /// Emitted right before any observable field changes.
+    void objectWillChange();
+
+private:
+    AmbrelAppState(AlertSound &sound, const LiveTimings &timings);
+
+    AlertSound &m_sound;
+    const LiveTimings m_timings;
+    const QString deviceId;
+    std::shared_ptr<AmbrelAPI> api;
+    std::optional<BackgroundTask> liveTask;
+    std::optional<BackgroundTask> seeMeTask;
+};
+
+} // namespace ambrel
