@@ -27,7 +27,7 @@ struct HttpRequest
 struct HttpReply
 {
     int status = 0; ///< the HTTP status of the last hop
-    std::shared_ptr<const Bytes> body;
+    std::shared_ptr<Bytes> body; ///< for one reader only
 };
 
 /// The process-wide HTTP client. Sockets, TLS and inflating live on a network thread of its own.

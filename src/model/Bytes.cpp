@@ -21,6 +21,8 @@ void Bytes::reserve(std::size_t size)
 
 void Bytes::append(std::string_view more)
 {
+    if (more.empty())
+        return;
     if (m_size + more.size() > m_capacity)
         reserve(std::max(m_size + more.size(), m_capacity * 2));
     std::memcpy(m_data.get() + m_size, more.data(), more.size());

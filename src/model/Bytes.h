@@ -26,6 +26,7 @@ public:
     std::size_t size() const { return m_size; }
     std::size_t capacity() const { return m_capacity; }
     std::string_view view() const { return {m_data.get(), m_size}; }
+    char *data() { return m_data.get(); }
 
 private:
     struct Free

@@ -9,11 +9,16 @@
 
 namespace ambrel {
 
-/// The bytes are not the expected record; the sentence names the key where one is known.
+/// The bytes are not the expected record.
 class DecodingError : public LocalizedError
 {
 public:
-    using LocalizedError::LocalizedError;
+    /// `problem` names the key where one is known; empty when the bytes are no JSON at all.
+    explicit DecodingError(const QString &problem);
+    const QString &problem() const { return m_problem; }
+
+private:
+    QString m_problem;
 };
 
 /// The record cannot be written as JSON; the sentence names the key.
@@ -24,9 +29,10 @@ public:
 };
 
 /// Reads one record, strictly: required fields must be there with the right type, unknown keys are ignored.
-/// Photos stay slices of `json`. Throws DecodingError. Any thread.
+/// Photos stay slices of `json`, unescaped where they stand: the bytes are used up by reading. Throws DecodingError.
+/// Any thread.
 template <WireRecord Record>
-Record readRecord(const std::shared_ptr<const Bytes> &json);
+Record readRecord(const std::shared_ptr<Bytes> &json);
 
 /// Writes one record with its fields in order; absent optionals are left out. Throws EncodingError. Any thread.
 template <WireRecord Record>

@@ -2,20 +2,12 @@
 
 namespace ambrel {
 
-PhotoText::PhotoText(const QString &text)
-    : PhotoText(std::string_view(text.toStdString()))
-{
-}
+PhotoText::PhotoText(const QString &text) : PhotoText(std::string_view(text.toStdString())) {}
 
-PhotoText::PhotoText(std::string_view text)
-    : m_bytes(std::make_shared<const Bytes>(text))
-    , m_text(m_bytes->view())
-{
-}
+PhotoText::PhotoText(std::string_view text) : m_bytes(std::make_shared<const Bytes>(text)), m_text(m_bytes->view()) {}
 
 PhotoText::PhotoText(std::shared_ptr<const Bytes> reply, std::string_view text)
-    : m_bytes(std::move(reply))
-    , m_text(text)
+    : m_bytes(std::move(reply)), m_text(text)
 {
 }
 

@@ -1,0 +1,294 @@
+#include "model/Json.h"
+#include "model/JsonUnescape.h"
+#include "model/RequestRecords.h"
+#include "model/ResponseRecords.h"
+
+#include <QStringList>
+#include <array>
+#include <bitset>
+#include <cmath>
+#include <optional>
+#include <simdjson.h>
+
+namespace ambrel {
+
+namespace {
+
+namespace ondemand = simdjson::ondemand;
+using simdjson::error_code;
+
+/// Nesting beyond this is refused: the reader recurses.
+constexpr int maximumDepth = 512;
+
+/// Where in the reply the reader stands; a chain on the stack, spelled out only for an error.
+struct Place
+{
+    const Place *parent = nullptr;
+    const char *key = nullptr; ///< null for a list element
+    qsizetype index = 0;
+    int depth = 0;
+
+    Place under(const char *childKey) const { return {this, childKey, 0, depth + 1}; }
+    Place at(qsizetype childIndex) const { return {this, nullptr, childIndex, depth + 1}; }
+
+    QString path() const
+    {
+        const QString before = parent ? parent->path() : QString();
+        if (key)
+            return (before.isEmpty() ? before : before + u'.') + QString::fromUtf8(key);
+        return parent ? before + u'[' + QString::number(index) + u']' : before;
+    }
+};
+
+[[noreturn]] void fail(const Place &place, const QString &what)
+{
+    const QString path = place.path();
+    throw DecodingError((path.isEmpty() ? QStringLiteral("it") : u'"' + path + u'"') + u' ' + what);
+}
+
+/// Malformed JSON and a wrong type both end here; the type is what the reader of the sentence can act on.
+template <typename Value>
+Value expect(simdjson::simdjson_result<Value> result, const Place &place, const char *type)
+{
+    Value value;
+    if (std::move(result).get(value) != simdjson::SUCCESS)
+        fail(place, QStringLiteral("is not %1").arg(QLatin1String(type)));
+    return value;
+}
+
+template <typename T>
+struct IsOptional : std::false_type
+{
+};
+template <typename T>
+struct IsOptional<std::optional<T>> : std::true_type
+{
+};
+
+/// Checks a value that nobody asked for, so that a broken reply is never taken for a whole one.
+void skip(ondemand::value value, const Place &place)
+{
+    if (place.depth > maximumDepth)
+        fail(place, QStringLiteral("is nested too deeply"));
+    switch (expect(value.type(), place, "valid JSON")) {
+    case ondemand::json_type::object:
+        for (auto field : expect(value.get_object(), place, "valid JSON"))
+            skip(expect(std::move(field).value(), place, "valid JSON"), place.at(0));
+        break;
+    case ondemand::json_type::array:
+        for (auto element : expect(value.get_array(), place, "valid JSON"))
+            skip(expect(std::move(element), place, "valid JSON"), place.at(0));
+        break;
+    case ondemand::json_type::number:
+        expect(value.get_double(), place, "valid JSON");
+        break;
+    case ondemand::json_type::string:
+        expect(value.get_string(), place, "valid JSON");
+        break;
+    case ondemand::json_type::boolean:
+        expect(value.get_bool(), place, "valid JSON");
+        break;
+    case ondemand::json_type::null:
+        if (!expect(value.is_null(), place, "valid JSON"))
+            fail(place, QStringLiteral("is not valid JSON"));
+        break;
+    }
+}
+
+class Reader
+{
+public:
+    explicit Reader(const std::shared_ptr<Bytes> &json) : m_json(json) {}
+
+    void read(ondemand::value value, bool &out, const Place &place)
+    {
+        out = expect(value.get_bool(), place, "true or false");
+    }
+
+    void read(ondemand::value value, double &out, const Place &place)
+    {
+        out = expect(value.get_double(), place, "a number");
+    }
+
+    void read(ondemand::value value, qint64 &out, const Place &place)
+    {
+        int64_t whole = 0;
+        if (value.get_int64().get(whole) == simdjson::SUCCESS) {
+            out = whole;
+            return;
+        }
+        // 70.0 and 7e1 are whole numbers, too; the limits are the first doubles that no longer fit.
+        const double number = expect(value.get_double(), place, "a whole number");
+        if (number != std::trunc(number) || number < -0x1p63 || number >= 0x1p63)
+            fail(place, QStringLiteral("is not a whole number"));
+        out = static_cast<qint64>(number);
+    }
+
+    void read(ondemand::value value, QString &out, const Place &place)
+    {
+        const std::string_view text = expect(value.get_string(), place, "a text");
+        out = QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+    }
+
+    /// The text stays where it arrived. Megabytes lie here, so nothing is copied and nothing is looked at twice.
+    void read(ondemand::value value, PhotoText &out, const Place &place)
+    {
+        if (expect(value.type(), place, "a text") != ondemand::json_type::string)
+            fail(place, QStringLiteral("is not a text"));
+        std::string_view token = value.raw_json_token();
+        token = token.substr(0, token.find_last_of('"'));
+        token.remove_prefix(1);
+        if (token.find('\\') == std::string_view::npos) {
+            out = PhotoText(m_json, token);
+            return;
+        }
+        char *const begin = m_json->data() + (token.data() - m_json->view().data());
+        if (const auto length = unescapeSolidusInPlace(begin, token.size())) {
+            out = PhotoText(m_json, {begin, *length});
+            return;
+        }
+        out = PhotoText(expect(value.get_string(), place, "a text"));
+    }
+
+    template <typename Element>
+    void read(ondemand::value value, QList<Element> &out, const Place &place)
+    {
+        out.clear();
+        for (auto element : expect(value.get_array(), place, "a list")) {
+            const Place elementPlace = place.at(out.size());
+            read(expect(std::move(element), elementPlace, "valid JSON"), out.emplaceBack(), elementPlace);
+        }
+    }
+
+    template <typename Value>
+    void read(ondemand::value value, std::optional<Value> &out, const Place &place)
+    {
+        if (expect(value.type(), place, "valid JSON") == ondemand::json_type::null) {
+            skip(value, place);
+            out.reset();
+        } else {
+            read(value, out.emplace(), place);
+        }
+    }
+
+    template <WireRecord Record>
+    void read(ondemand::value value, Record &out, const Place &place)
+    {
+        read(expect(value.get_object(), place, "an object"), out, place);
+    }
+
+    template <WireRecord Record>
+    void read(ondemand::object object, Record &out, const Place &place)
+    {
+        constexpr std::size_t count = std::tuple_size_v<decltype(Record::fields())>;
+        std::bitset<count> seen;
+        std::size_t expected = 0; // servers write keys in order: the next one is nearly always the right one
+        for (auto result : object) {
+            ondemand::field field = expect(std::move(result), place, "valid JSON");
+            const std::string_view key = expect(field.unescaped_key(), place, "valid JSON");
+            const std::size_t index = fieldIndex<Record>(key, expected);
+            if (index == count) {
+                skip(field.value(), place.at(0));
+                continue;
+            }
+            readField(field.value(), out, index, place, std::make_index_sequence<count>());
+            seen.set(index);
+            expected = index + 1;
+        }
+        requireAll<Record>(seen, place);
+    }
+
+private:
+    template <WireRecord Record>
+    static std::size_t fieldIndex(std::string_view key, std::size_t expected)
+    {
+        static constexpr auto keys =
+            std::apply([](auto... fields) { return std::array{std::string_view(fields.key)...}; }, Record::fields());
+        for (std::size_t i = expected; i < keys.size(); ++i) {
+            if (keys[i] == key)
+                return i;
+        }
+        const auto end = keys.begin() + static_cast<std::ptrdiff_t>(std::min(expected, keys.size()));
+        const auto found = std::find(keys.begin(), end, key);
+        return found == end ? keys.size() : static_cast<std::size_t>(found - keys.begin());
+    }
+
+    template <WireRecord Record, std::size_t... indexes>
+    void readField(ondemand::value value, Record &out, std::size_t index, const Place &place,
+                   std::index_sequence<indexes...>)
+    {
+        constexpr auto fields = Record::fields();
+        const auto readIf = [&](std::size_t i, const auto &field) {
+            if (i == index)
+                read(value, out.*(field.member), place.under(field.key));
+        };
+        (readIf(indexes, std::get<indexes>(fields)), ...);
+    }
+
+    template <WireRecord Record, std::size_t count>
+    static void requireAll(const std::bitset<count> &seen, const Place &place)
+    {
+        std::size_t index = 0;
+        forEachField<Record>([&]<typename Value>(const char *key, Value Record::*) {
+            if (!IsOptional<Value>::value && !seen.test(index))
+                fail(place.under(key), QStringLiteral("is missing"));
+            ++index;
+        });
+    }
+
+    const std::shared_ptr<Bytes> &m_json;
+};
+
+} // namespace
+
+DecodingError::DecodingError(const QString &problem)
+    : LocalizedError(problem.isEmpty() ? QStringLiteral("The server's answer could not be read.")
+                                       : QStringLiteral("The server's answer could not be read: %1.").arg(problem)),
+      m_problem(problem)
+{
+}
+
+template <WireRecord Record>
+Record readRecord(const std::shared_ptr<Bytes> &json)
+{
+    static_assert(Bytes::padding >= simdjson::SIMDJSON_PADDING);
+    std::string_view text = json ? json->view() : std::string_view();
+    if (text.starts_with("\xEF\xBB\xBF"))
+        text.remove_prefix(3);
+    if (text.empty())
+        throw DecodingError(QString());
+
+    ondemand::parser parser;
+    ondemand::document document;
+    ondemand::object object;
+    if (parser.iterate(text.data(), text.size(), text.size() + Bytes::padding).get(document) != simdjson::SUCCESS ||
+        document.get_object().get(object) != simdjson::SUCCESS)
+        throw DecodingError(QString());
+
+    Record record;
+    Reader(json).read(object, record, Place());
+    if (document.current_location().error() != simdjson::OUT_OF_BOUNDS) // something follows the record
+        throw DecodingError(QString());
+    return record;
+}
+
+template RegisterRequest readRecord(const std::shared_ptr<Bytes> &);
+template LocationUpdateRequest readRecord(const std::shared_ptr<Bytes> &);
+template LoginRequest readRecord(const std::shared_ptr<Bytes> &);
+template LogoutRequest readRecord(const std::shared_ptr<Bytes> &);
+template DismissRequest readRecord(const std::shared_ptr<Bytes> &);
+template SeeMeRequest readRecord(const std::shared_ptr<Bytes> &);
+template UserResponse readRecord(const std::shared_ptr<Bytes> &);
+template UserProfileResponse readRecord(const std::shared_ptr<Bytes> &);
+template UserProfile readRecord(const std::shared_ptr<Bytes> &);
+template MatchResult readRecord(const std::shared_ptr<Bytes> &);
+template CheckResponse readRecord(const std::shared_ptr<Bytes> &);
+template SeeMeMessage readRecord(const std::shared_ptr<Bytes> &);
+template SeeMeResponse readRecord(const std::shared_ptr<Bytes> &);
+template SeeMeMessagesResponse readRecord(const std::shared_ptr<Bytes> &);
+template DismissResponse readRecord(const std::shared_ptr<Bytes> &);
+template HealthResponse readRecord(const std::shared_ptr<Bytes> &);
+template AppVersionResponse readRecord(const std::shared_ptr<Bytes> &);
+template APIErrorResponse readRecord(const std::shared_ptr<Bytes> &);
+
+} // namespace ambrel

@@ -1,0 +1,190 @@
+#include "Decoding.h"
+#include "model/RequestRecords.h"
+#include "model/ResponseRecords.h"
+
+#include <QTest>
+
+using namespace ambrel;
+
+class JsonReaderTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void brokenTextIsRefused_data()
+    {
+        QTest::addColumn<QByteArray>("json");
+        QTest::newRow("empty") << QByteArray();
+        QTest::newRow("blank") << QByteArray("  \n");
+        QTest::newRow("page") << QByteArray("<html><body>502</body></html>");
+        QTest::newRow("scalar") << QByteArray("true");
+        QTest::newRow("list") << QByteArray("[]");
+        QTest::newRow("cut") << QByteArray("{\"ok\":true");
+        QTest::newRow("cut text") << QByteArray("{\"ok\":true,\"serverTime\":\"no");
+        QTest::newRow("trailing") << QByteArray("{\"ok\":true} x");
+        QTest::newRow("two") << QByteArray("{\"ok\":true}{\"ok\":true}");
+        QTest::newRow("missing comma") << QByteArray("{\"ok\":true \"serverTime\":\"x\"}");
+        QTest::newRow("trailing comma") << QByteArray("{\"ok\":true,}");
+        QTest::newRow("bad literal") << QByteArray("{\"ok\":tru}");
+        QTest::newRow("bad unknown") << QByteArray("{\"ok\":true,\"other\":nul}");
+        QTest::newRow("bad unknown number") << QByteArray("{\"ok\":true,\"other\":[01]}");
+        QTest::newRow("bad unknown text") << QByteArray("{\"ok\":true,\"other\":\"\\q\"}");
+        QTest::newRow("bad UTF-8") << QByteArray("{\"ok\":true,\"serverTime\":\"\xff\xfe\"}");
+        QTest::newRow("raw control") << QByteArray("{\"ok\":true,\"serverTime\":\"a\nb\"}");
+        QTest::newRow("lone surrogate") << QByteArray("{\"ok\":true,\"serverTime\":\"\\ud800\"}");
+        QTest::newRow("NUL") << QByteArray("{\"ok\":true}\0", 12);
+    }
+    void brokenTextIsRefused()
+    {
+        QFETCH(QByteArray, json);
+        const QString sentence = decodingFailure<UserResponse>(json);
+        QVERIFY2(sentence.startsWith(QStringLiteral("The server's answer could not be read")), qPrintable(sentence));
+        QVERIFY(sentence.endsWith(u'.'));
+    }
+
+    void wrongTypesAreRefusedWithTheKey_data()
+    {
+        QTest::addColumn<QByteArray>("json");
+        QTest::addColumn<QString>("problem");
+        QTest::newRow("text for flag") << QByteArray(R"({"ok":"true"})")
+                                       << QStringLiteral("\"ok\" is not true or false");
+        QTest::newRow("number for flag") << QByteArray(R"({"ok":1})") << QStringLiteral("\"ok\" is not true or false");
+        QTest::newRow("null for flag") << QByteArray(R"({"ok":null})") << QStringLiteral("\"ok\" is not true or false");
+        QTest::newRow("number for text") << QByteArray(R"({"ok":true,"name":4})")
+                                         << QStringLiteral("\"name\" is not a text");
+        QTest::newRow("missing") << QByteArray(R"({"name":"x"})") << QStringLiteral("\"ok\" is missing");
+    }
+    void wrongTypesAreRefusedWithTheKey()
+    {
+        QFETCH(QByteArray, json);
+        QFETCH(QString, problem);
+        QCOMPARE(decodingFailure<HealthResponse>(json),
+                 QStringLiteral("The server's answer could not be read: %1.").arg(problem));
+    }
+
+    void wholeNumbers_data()
+    {
+        QTest::addColumn<QByteArray>("number");
+        QTest::addColumn<bool>("isWhole");
+        QTest::addColumn<qint64>("value");
+        QTest::newRow("zero") << QByteArray("0") << true << qint64(0);
+        QTest::newRow("largest") << QByteArray("9223372036854775807") << true << std::numeric_limits<qint64>::max();
+        QTest::newRow("smallest") << QByteArray("-9223372036854775808") << true << std::numeric_limits<qint64>::min();
+        QTest::newRow("point zero") << QByteArray("70.0") << true << qint64(70);
+        QTest::newRow("exponent") << QByteArray("7e1") << true << qint64(70);
+        QTest::newRow("fraction") << QByteArray("70.5") << false << qint64(0);
+        QTest::newRow("too large") << QByteArray("9223372036854775808") << false << qint64(0);
+        QTest::newRow("too small") << QByteArray("-9223372036854775809.5e3") << false << qint64(0);
+        QTest::newRow("huge") << QByteArray("1e300") << false << qint64(0);
+        QTest::newRow("beyond a double") << QByteArray("1e999") << false << qint64(0);
+        QTest::newRow("text") << QByteArray("\"70\"") << false << qint64(0);
+        QTest::newRow("flag") << QByteArray("true") << false << qint64(0);
+    }
+    void wholeNumbers()
+    {
+        QFETCH(QByteArray, number);
+        QFETCH(bool, isWhole);
+        QFETCH(qint64, value);
+        const QByteArray json = R"({"active":true,"matches":[],"seeMeMessages":[],"thresholdPercent":)" + number + "}";
+        if (isWhole)
+            QCOMPARE(decode<CheckResponse>(json).thresholdPercent, value);
+        else
+            QCOMPARE(decodingFailure<CheckResponse>(json),
+                     QStringLiteral("The server's answer could not be read: "
+                                    "\"thresholdPercent\" is not a whole number."));
+    }
+
+    void duplicateKeysTakeTheLastValue()
+    {
+        const auto reply = decode<HealthResponse>(R"({"ok":false,"name":"a","ok":true,"name":null})");
+        QVERIFY(reply.ok);
+        QVERIFY(!reply.name);
+    }
+
+    void escapedKeysAreTheSameKeys() { QVERIFY(decode<UserResponse>(R"({"\u006fk":true})").ok); }
+
+    void keysInAnyOrderAreRead()
+    {
+        const auto request = decode<SeeMeRequest>(R"({"targetUserId":"c","x":0,"deviceId":"b","userId":"a"})");
+        QCOMPARE(request, (SeeMeRequest{QStringLiteral("a"), QStringLiteral("b"), QStringLiteral("c")}));
+    }
+
+    void byteOrderMarkIsAccepted() { QVERIFY(decode<UserResponse>("\xEF\xBB\xBF{\"ok\":true}").ok); }
+
+    void deepNestingIsRefusedWithoutACrash()
+    {
+        for (const char *const open : {"[", "{\"a\":"}) {
+            const QByteArray deep = QByteArray(open).repeated(100'000);
+            QVERIFY(!decodingFailure<UserResponse>("{\"ok\":true,\"other\":" + deep).isEmpty());
+            const QByteArray closed = deep + "1" + QByteArray(*open == '[' ? "]" : "}").repeated(100'000);
+            QVERIFY(!decodingFailure<UserResponse>("{\"ok\":true,\"other\":" + closed + "}").isEmpty());
+            QVERIFY(!decodingFailure<UserResponse>(deep).isEmpty());
+        }
+        const QByteArray allowed = QByteArray("[").repeated(500) + QByteArray("]").repeated(500);
+        QVERIFY(decode<UserResponse>("{\"other\":" + allowed + ",\"ok\":true}").ok);
+    }
+
+    void everyTruncationOfAReplyIsRefused()
+    {
+        const QByteArray whole =
+            R"({"active":true,"matches":[{"userId":"b","displayName":"\u00e9\\","distanceMeters":1.5e2,"aToB":2,)"
+            R"("bToA":3,"heatLevel":"HOT","profilePhotos":["a\/b"]}],"seeMeMessages":[]})";
+        QVERIFY(decode<CheckResponse>(whole).active);
+        for (qsizetype length = 0; length < whole.size(); ++length)
+            QVERIFY2(!decodingFailure<CheckResponse>(whole.first(length)).isEmpty(), whole.first(length).constData());
+    }
+
+    void everySingleByteChangeIsReadOrRefused()
+    {
+        const QByteArray whole =
+            R"({"active":true,"matches":[{"userId":"b","displayName":"x","distanceMeters":1.5,"aToB":2,)"
+            R"("bToA":3,"heatLevel":"HOT","profilePhotos":["a\/b"]}],"seeMeMessages":[]})";
+        int refused = 0;
+        for (qsizetype at = 0; at < whole.size(); ++at) {
+            for (const char letter : {'"', '\\', '{', '}', '[', ']', ',', ':', '0', '-', 'n', '\0', '\xff'}) {
+                QByteArray changed = whole;
+                changed[at] = letter;
+                refused += decodingFailure<CheckResponse>(changed).isEmpty() ? 0 : 1;
+            }
+        }
+        QVERIFY(refused > whole.size()); // most changes break the reply; none breaks the reader
+    }
+
+    void photosStaySlicesOfTheReply()
+    {
+        const auto bytes = std::make_shared<Bytes>(std::string_view(
+            R"({"userId":"b","displayName":"B","distanceMeters":1,"aToB":2,"bToA":3,"heatLevel":"HOT",)"
+            R"("profilePhoto" : "data:image/png;base64,AAAA" ,"profilePhotos":["a\/b\/","\/","caf\u00e9",""]})"));
+        const auto match = readRecord<MatchResult>(bytes);
+        const auto isSlice = [&](const PhotoText &photo) {
+            return photo.view().data() >= bytes->view().data() &&
+                   photo.view().data() < bytes->view().data() + bytes->size();
+        };
+        QCOMPARE(match.profilePhoto->view(), std::string_view("data:image/png;base64,AAAA"));
+        QVERIFY(isSlice(*match.profilePhoto));
+        QCOMPARE(match.profilePhotos.size(), 4);
+        QCOMPARE(match.profilePhotos.at(0).view(), std::string_view("a/b/"));
+        QVERIFY(isSlice(match.profilePhotos.at(0)));
+        QCOMPARE(match.profilePhotos.at(1).view(), std::string_view("/"));
+        QCOMPARE(match.profilePhotos.at(2).view(), std::string_view("caf\xC3\xA9"));
+        QVERIFY(!isSlice(match.profilePhotos.at(2)));
+        QVERIFY(match.profilePhotos.at(3).isEmpty());
+    }
+
+    void badEscapeInAPhotoIsRefused()
+    {
+        QVERIFY(decodingFailure<MatchResult>(
+                    R"({"userId":"b","displayName":"B","distanceMeters":1,"aToB":2,"bToA":3,"heatLevel":"HOT",)"
+                    R"("profilePhotos":["a\/b\q"]})")
+                    .contains(QStringLiteral("profilePhotos[0]")));
+    }
+
+    void textsWithNulAndEveryPlaneAreKept()
+    {
+        const auto reply = decode<HealthResponse>(R"({"ok":true,"name":"a\u0000b\ud83d\ude00é"})");
+        QCOMPARE(reply.name, QString(QStringLiteral("a") + QChar(0) + QStringLiteral("b\U0001F600é")));
+    }
+};
+
+QTEST_APPLESS_MAIN(JsonReaderTest)
+#include "JsonReaderTest.moc"
