@@ -1,0 +1,105 @@
+#include "ui/Theme.h"
+
+#include <QApplication>
+#include <QFontInfo>
+#include <QTest>
+#include <cmath>
+
+using namespace ambrel;
+using theme::TextStyle;
+
+namespace {
+
+double linear(double component)
+{
+    return component <= 0.04045 ? component / 12.92 : std::pow((component + 0.055) / 1.055, 2.4);
+}
+
+double luminance(const QColor &color)
+{
+    return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) + 0.0722 * linear(color.blueF());
+}
+
+double contrast(const QColor &a, const QColor &b)
+{
+    const auto [dark, light] = std::minmax(luminance(a), luminance(b));
+    return (light + 0.05) / (dark + 0.05);
+}
+
+QColor over(const QColor &top, const QColor &bottom)
+{
+    const float alpha = top.alphaF();
+    return QColor::fromRgbF(top.redF() * alpha + bottom.redF() * (1 - alpha),
+                            top.greenF() * alpha + bottom.greenF() * (1 - alpha),
+                            top.blueF() * alpha + bottom.blueF() * (1 - alpha));
+}
+
+} // namespace
+
+class ThemeTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void bodyTextIsReadableOnEveryMaterialOverEveryStopOfTheGradient();
+    void buttonLabelsAreReadableAtRest();
+    void paletteIsLightInEveryRoleAndGroup();
+    void heavyStylesAreTrulyHeavy();
+};
+
+void ThemeTest::bodyTextIsReadableOnEveryMaterialOverEveryStopOfTheGradient()
+{
+    for (const QColor &stop : {theme::backgroundStart, theme::backgroundMiddle, theme::backgroundEnd}) {
+        for (const QColor &material : {theme::regularMaterial, theme::ultraThinMaterial}) {
+            QVERIFY(contrast(theme::primaryText, over(material, stop)) >= 4.5);
+            QVERIFY(contrast(theme::secondaryText, over(material, stop)) >= 4.5);
+        }
+    }
+    QVERIFY(contrast(theme::secondaryText, theme::backgroundMiddle) >= 4.5);
+    QVERIFY(contrast(theme::placeholderText, theme::fieldBackground) >= 4.5);
+    QVERIFY(contrast(theme::ambrelRed, theme::backgroundMiddle) >= 3.0); // the large title
+}
+
+void ThemeTest::buttonLabelsAreReadableAtRest()
+{
+    QVERIFY(contrast(theme::primaryButtonLabel, theme::primaryButton) >= 4.5);
+    for (const QColor &stop : {theme::backgroundStart, theme::backgroundEnd}) {
+        const QColor card = over(theme::regularMaterial, stop);
+        QVERIFY(contrast(theme::secondaryButtonLabel, over(theme::secondaryButton, card)) >= 4.5);
+    }
+}
+
+void ThemeTest::paletteIsLightInEveryRoleAndGroup()
+{
+    const QPalette palette = theme::palette();
+    const std::pair<QPalette::ColorRole, QPalette::ColorRole> pairs[] = {
+        {QPalette::WindowText, QPalette::Window},         {QPalette::Text, QPalette::Base},
+        {QPalette::Text, QPalette::AlternateBase},        {QPalette::PlaceholderText, QPalette::Base},
+        {QPalette::ButtonText, QPalette::Button},         {QPalette::ToolTipText, QPalette::ToolTipBase},
+        {QPalette::HighlightedText, QPalette::Highlight}, {QPalette::Link, QPalette::Window},
+    };
+    for (const auto group : {QPalette::Active, QPalette::Inactive, QPalette::Disabled}) {
+        for (const auto &[text, background] : pairs)
+            QVERIFY2(contrast(palette.color(group, text), palette.color(group, background)) >= 4.5,
+                     qPrintable(QStringLiteral("role %1, group %2").arg(text).arg(group)));
+        for (const auto role : {QPalette::Window, QPalette::Base, QPalette::Button, QPalette::ToolTipBase})
+            QVERIFY(luminance(palette.color(group, role)) > 0.8);
+        for (int role = 0; role < QPalette::NColorRoles; ++role) {
+            if (role != QPalette::NoRole)
+                QVERIFY(palette.isBrushSet(group, QPalette::ColorRole(role)));
+        }
+    }
+}
+
+void ThemeTest::heavyStylesAreTrulyHeavy()
+{
+    for (const auto style : {TextStyle::Wordmark, TextStyle::FlashTitle}) {
+        const QFontInfo info(theme::font(style));
+        QVERIFY(info.weight() >= QFont::ExtraBold);
+    }
+    QCOMPARE(theme::font(TextStyle::Wordmark).pixelSize(), 30);
+    QCOMPARE(theme::font(TextStyle::FlashTitle).pixelSize(), 52);
+}
+
+QTEST_MAIN(ThemeTest)
+#include "ThemeTest.moc"
