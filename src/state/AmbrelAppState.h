@@ -4,6 +4,7 @@
 #include "model/ResponseRecords.h"
 #include "state/LiveTimings.h"
 #include "state/Published.h"
+#include "state/SettingsStore.h"
 #include "tasks/BackgroundTask.h"
 
 #include <QCoroTask>
@@ -23,6 +24,8 @@ class AmbrelAppState : public QObject, public std::enable_shared_from_this<Ambre
     Q_OBJECT
     template <typename Value>
     using Observable = Published<AmbrelAppState, Value>;
+
+    SettingsStore m_settings; // the fields below start with what it holds
 
 public:
     /// Reads the settings and makes the device ID on first launch. `sound` must outlive the state.
@@ -84,6 +87,12 @@ public:
     /// Shows the flash for its fixed duration.
     void flashSeeMeLogo();
 
+    // Exit
+    /// Asks the loops and the flash to end now. Requests in flight end by themselves or with the HTTP session.
+    void shutDown();
+    /// True when no loop runs any more.
+    bool isIdle() const { return m_running.use_count() == 1; }
+
 Q_SIGNALS:
     /// Emitted right before any observable field changes.
     void objectWillChange();
@@ -91,12 +100,26 @@ Q_SIGNALS:
 private:
     AmbrelAppState(AlertSound &sound, const LiveTimings &timings);
 
+    RegisterRequest registration(const QString &name) const;
+    void adopt(const UserProfile &profile);
+    void cancelLoops();
+    void accept(const CheckResponse &reply);
+    bool isListed(const QString &matchUserId) const;
+    void selectFirstMatch();
+    /// Lets go of an old reply that only the selection's photos keep alive.
+    QCoro::Task<> ownSelectedPhotos();
+    void removeFromMatches(const QString &matchUserId);
+    void receive(const SeeMeMessage &message);
+    QCoro::Task<> endFlash();
+
     AlertSound &m_sound;
     const LiveTimings m_timings;
     const QString deviceId;
-    std::shared_ptr<AmbrelAPI> api;
+    std::shared_ptr<AmbrelAPI> api; ///< shared: a request in flight keeps the client it started on
     std::optional<BackgroundTask> liveTask;
     std::optional<BackgroundTask> seeMeTask;
+    std::shared_ptr<void> m_running = std::make_shared<char>(); ///< each loop holds a share while it runs
+    std::stop_source m_end;                                     ///< cuts the flash short at exit
 };
 
 } // namespace ambrel

@@ -1,0 +1,14 @@
+#pragma once
+
+#include <QString>
+
+namespace ambrel {
+
+/// The typed `text` as degrees: one decimal number with a point, blanks around it allowed, whatever the locale.
+/// `fallback` when it is anything else. No range check.
+double parsedCoordinate(const QString &text, double fallback);
+
+/// `degrees` in the shortest form that reads back as the same value, with at least one decimal: "40.0".
+QString coordinateText(double degrees);
+
+} // namespace ambrel
