@@ -1,0 +1,64 @@
+#pragma once
+
+#include "state/AlertSound.h"
+#include "state/AmbrelAppState.h"
+
+#include <QSettings>
+#include <QTemporaryDir>
+#include <QTest>
+#include <memory>
+
+namespace ambrel {
+
+/// Counts instead of sounding.
+class CountingSound : public AlertSound
+{
+public:
+    void play() override { ++count; }
+    int count = 0;
+};
+
+/// A state with settings of its own. Ends its loops before it goes.
+class StateFixture
+{
+public:
+    /// `stored` is what the preference store holds before the state is made.
+    explicit StateFixture(const QVariantMap &stored = {}, const LiveTimings &timings = {})
+    {
+        QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, m_directory.path());
+        for (auto entry = stored.cbegin(); entry != stored.cend(); ++entry)
+            Store().setValue(entry.key(), entry.value());
+        state = AmbrelAppState::create(sound, timings);
+    }
+    ~StateFixture() { end(); }
+    Q_DISABLE_COPY_MOVE(StateFixture)
+
+    /// The preference store as it is on the disk.
+    class Store : public QSettings
+    {
+    public:
+        Store() : QSettings(QStringLiteral("Ambrel"), QStringLiteral("Ambrel")) {}
+    };
+
+    /// Makes a second state on the same settings, as a restart of the application does.
+    void restart()
+    {
+        end();
+        state = AmbrelAppState::create(sound);
+    }
+
+    CountingSound sound;
+    std::shared_ptr<AmbrelAppState> state;
+
+private:
+    void end()
+    {
+        state->shutDown();
+        QTRY_VERIFY_WITH_TIMEOUT(state->isIdle() && state.use_count() == 1, 5000);
+        state.reset();
+    }
+
+    QTemporaryDir m_directory;
+};
+
+} // namespace ambrel
