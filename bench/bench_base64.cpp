@@ -1,0 +1,45 @@
+// Strict base64 decoding of a photo's text, beside the toolkit's decoder on the same text.
+
+#include "Interleaved.h"
+#include "ui/Base64.h"
+
+#include <cstdio>
+#include <cstdlib>
+
+using namespace ambrel;
+
+namespace {
+
+void compare(const char *name, Base64Code code, const QByteArray &text)
+{
+    const std::string_view view(text.constData(), static_cast<std::size_t>(text.size()));
+    const auto [ours, toolkits] = interleavedMedians(
+        15,
+        [&] {
+            if (!decodeBase64(view, code))
+                std::abort();
+        },
+        [&] {
+            if (!QByteArray::fromBase64Encoding(text, QByteArray::AbortOnBase64DecodingErrors))
+                std::abort();
+        });
+    const double gigabytes = static_cast<double>(text.size()) / 1e9;
+    std::printf("%-9s %8lld bytes: %6.2f GB/s, toolkit %5.2f GB/s, ratio %6.1f\n", name,
+                static_cast<long long>(text.size()), gigabytes / ours, gigabytes / toolkits, toolkits / ours);
+}
+
+} // namespace
+
+int main()
+{
+    for (const qsizetype size : {40'000, 400'000, 4'000'000}) {
+        QByteArray photo(size, Qt::Uninitialized);
+        unsigned value = 1;
+        for (char &byte : photo)
+            byte = static_cast<char>((value = value * 1664525 + 1013904223) >> 24);
+        const QByteArray text = photo.toBase64();
+        compare("portable", Base64Code::Portable, text);
+        if (fastestBase64Code() == Base64Code::Avx2)
+            compare("AVX2", Base64Code::Avx2, text);
+    }
+}
