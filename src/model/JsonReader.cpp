@@ -1,5 +1,5 @@
 #include "model/Json.h"
-#include "model/JsonUnescape.h"
+#include "model/LongTexts.h"
 #include "model/RequestRecords.h"
 #include "model/ResponseRecords.h"
 
@@ -98,7 +98,7 @@ void skip(ondemand::value value, const Place &place)
 class Reader
 {
 public:
-    explicit Reader(const std::shared_ptr<Bytes> &json) : m_json(json) {}
+    Reader(const std::shared_ptr<Bytes> &json, const LongTexts &longTexts) : m_json(json), m_longTexts(longTexts) {}
 
     void read(ondemand::value value, bool &out, const Place &place)
     {
@@ -126,28 +126,14 @@ public:
 
     void read(ondemand::value value, QString &out, const Place &place)
     {
-        const std::string_view text = expect(value.get_string(), place, "a text");
-        out = QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+        const Text text = readText(value, place);
+        out = QString::fromUtf8(text.view.data(), static_cast<qsizetype>(text.view.size()));
     }
 
-    /// The text stays where it arrived. Megabytes lie here, so nothing is copied and nothing is looked at twice.
     void read(ondemand::value value, PhotoText &out, const Place &place)
     {
-        if (expect(value.type(), place, "a text") != ondemand::json_type::string)
-            fail(place, QStringLiteral("is not a text"));
-        std::string_view token = value.raw_json_token();
-        token = token.substr(0, token.find_last_of('"'));
-        token.remove_prefix(1);
-        if (token.find('\\') == std::string_view::npos) {
-            out = PhotoText(m_json, token);
-            return;
-        }
-        char *const begin = m_json->data() + (token.data() - m_json->view().data());
-        if (const auto length = unescapeSolidusInPlace(begin, token.size())) {
-            out = PhotoText(m_json, {begin, *length});
-            return;
-        }
-        out = PhotoText(expect(value.get_string(), place, "a text"));
+        const Text text = readText(value, place);
+        out = text.isLong ? PhotoText(m_json, text.view) : PhotoText(text.view);
     }
 
     template <typename Element>
@@ -185,8 +171,7 @@ public:
         std::size_t expected = 0; // servers write keys in order: the next one is nearly always the right one
         for (auto result : object) {
             ondemand::field field = expect(std::move(result), place, "valid JSON");
-            const std::string_view key = expect(field.unescaped_key(), place, "valid JSON");
-            const std::size_t index = fieldIndex<Record>(key, expected);
+            const std::size_t index = fieldIndex<Record>(field, expected, place);
             if (index == count) {
                 skip(field.value(), place.at(0));
                 continue;
@@ -199,6 +184,38 @@ public:
     }
 
 private:
+    struct Text
+    {
+        std::string_view view;
+        bool isLong; ///< stands in the reply itself
+    };
+
+    Text readText(ondemand::value value, const Place &place)
+    {
+        if (expect(value.type(), place, "a text") != ondemand::json_type::string)
+            fail(place, QStringLiteral("is not a text"));
+        std::string_view token = value.raw_json_token();
+        if (const auto inside = m_longTexts.at(token.data()))
+            return {*inside, true};
+        token = token.substr(1, token.find_last_of('"') - 1);
+        if (token.find('\\') == std::string_view::npos)
+            return {token, false};
+        return {expect(value.get_string(), place, "a text"), false};
+    }
+
+    /// The record's field with this key, or the number of its fields. Escapes in keys are looked through.
+    template <WireRecord Record>
+    static std::size_t fieldIndex(ondemand::field &field, std::size_t expected, const Place &place)
+    {
+        const char *const begin = field.key().raw();
+        const char *end = begin; // a quote always follows: the text has been indexed
+        while (*end != '"' && *end != '\\')
+            ++end;
+        if (*end == '"')
+            return fieldIndex<Record>(std::string_view(begin, static_cast<std::size_t>(end - begin)), expected);
+        return fieldIndex<Record>(expect(field.unescaped_key(), place, "valid JSON"), expected);
+    }
+
     template <WireRecord Record>
     static std::size_t fieldIndex(std::string_view key, std::size_t expected)
     {
@@ -237,6 +254,7 @@ private:
     }
 
     const std::shared_ptr<Bytes> &m_json;
+    const LongTexts &m_longTexts;
 };
 
 } // namespace
@@ -252,11 +270,12 @@ template <WireRecord Record>
 Record readRecord(const std::shared_ptr<Bytes> &json)
 {
     static_assert(Bytes::padding >= simdjson::SIMDJSON_PADDING);
-    std::string_view text = json ? json->view() : std::string_view();
+    if (!json || json->size() == 0)
+        throw DecodingError(QString());
+    const LongTexts longTexts(*json);
+    std::string_view text = longTexts.skeleton();
     if (text.starts_with("\xEF\xBB\xBF"))
         text.remove_prefix(3);
-    if (text.empty())
-        throw DecodingError(QString());
 
     ondemand::parser parser;
     ondemand::document document;
@@ -266,7 +285,7 @@ Record readRecord(const std::shared_ptr<Bytes> &json)
         throw DecodingError(QString());
 
     Record record;
-    Reader(json).read(object, record, Place());
+    Reader(json, longTexts).read(object, record, Place());
     if (document.current_location().error() != simdjson::OUT_OF_BOUNDS) // something follows the record
         throw DecodingError(QString());
     return record;

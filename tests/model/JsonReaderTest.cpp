@@ -150,25 +150,76 @@ private Q_SLOTS:
         QVERIFY(refused > whole.size()); // most changes break the reply; none breaks the reader
     }
 
-    void photosStaySlicesOfTheReply()
+    void longPhotosStaySlicesOfTheReply()
     {
-        const auto bytes = std::make_shared<Bytes>(std::string_view(
-            R"({"userId":"b","displayName":"B","distanceMeters":1,"aToB":2,"bToA":3,"heatLevel":"HOT",)"
-            R"("profilePhoto" : "data:image/png;base64,AAAA" ,"profilePhotos":["a\/b\/","\/","caf\u00e9",""]})"));
+        const QByteArray plain = QByteArray("AbC0+").repeated(1000);
+        const QByteArray solidi = QByteArray("\\/a\\/\\/bc").repeated(1000);
+        const QByteArray escaped = QByteArray("caf\\u00e9").repeated(1000);
+        const QByteArray json = R"({"userId":"b","displayName":"B","distanceMeters":1,"aToB":2,"bToA":3,)"
+                                R"("heatLevel":"HOT", "profilePhoto" : ")" +
+                                plain + R"(" ,"profilePhotos":[")" + solidi + R"(",")" + escaped +
+                                R"(","short\/","",")" + plain + R"("],"other":")" + plain + R"("})";
+        const auto bytes =
+            std::make_shared<Bytes>(std::string_view(json.constData(), static_cast<std::size_t>(json.size())));
         const auto match = readRecord<MatchResult>(bytes);
+        const auto text = [](const PhotoText &photo) {
+            return QByteArray(photo.view().data(), static_cast<qsizetype>(photo.view().size()));
+        };
         const auto isSlice = [&](const PhotoText &photo) {
             return photo.view().data() >= bytes->view().data() &&
                    photo.view().data() < bytes->view().data() + bytes->size();
         };
-        QCOMPARE(match.profilePhoto->view(), std::string_view("data:image/png;base64,AAAA"));
+        QCOMPARE(text(*match.profilePhoto), plain);
         QVERIFY(isSlice(*match.profilePhoto));
-        QCOMPARE(match.profilePhotos.size(), 4);
-        QCOMPARE(match.profilePhotos.at(0).view(), std::string_view("a/b/"));
+        QCOMPARE(match.profilePhotos.size(), 5);
+        QCOMPARE(text(match.profilePhotos.at(0)), QByteArray("/a//bc").repeated(1000));
         QVERIFY(isSlice(match.profilePhotos.at(0)));
-        QCOMPARE(match.profilePhotos.at(1).view(), std::string_view("/"));
-        QCOMPARE(match.profilePhotos.at(2).view(), std::string_view("caf\xC3\xA9"));
-        QVERIFY(!isSlice(match.profilePhotos.at(2)));
+        QCOMPARE(text(match.profilePhotos.at(1)), QByteArray("caf\xC3\xA9").repeated(1000));
+        QVERIFY(!isSlice(match.profilePhotos.at(1)));
+        QCOMPARE(text(match.profilePhotos.at(2)), QByteArray("short/"));
         QVERIFY(match.profilePhotos.at(3).isEmpty());
+        QCOMPARE(text(match.profilePhotos.at(4)), plain);
+        QVERIFY(isSlice(match.profilePhotos.at(4)));
+    }
+
+    void longTextsOfEveryLengthAreFoundWhole()
+    {
+        for (int length = 1000; length < 1200; ++length) {
+            const QByteArray bio(length, 'x');
+            const QByteArray json = "{\"ok\":true,\"name\":\"" + bio + "\",\"version\":\"" + bio + "y\"}";
+            const auto reply = decode<HealthResponse>(json);
+            QCOMPARE(reply.name, QString::fromLatin1(bio));
+            QCOMPARE(reply.version, QString::fromLatin1(bio + "y"));
+        }
+    }
+
+    void longTextsThatAreBrokenAreRefused_data()
+    {
+        QTest::addColumn<QByteArray>("inside");
+        const QByteArray filling(5000, 'x');
+        QTest::newRow("never closed") << QByteArray(filling + "\\\"");
+        QTest::newRow("bad escape") << QByteArray(filling + "\\q" + filling);
+        QTest::newRow("raw line break") << QByteArray(filling + "\n" + filling);
+        QTest::newRow("bad UTF-8") << QByteArray(filling + "\xff" + filling);
+        QTest::newRow("ends early") << QByteArray(filling + "\"" + filling);
+        QTest::newRow("second text") << QByteArray(filling + "\" \"" + filling);
+    }
+    void longTextsThatAreBrokenAreRefused()
+    {
+        QFETCH(QByteArray, inside);
+        QVERIFY(!decodingFailure<HealthResponse>("{\"ok\":true,\"name\":\"" + inside + "\"}").isEmpty());
+        QVERIFY(!decodingFailure<HealthResponse>("{\"ok\":true,\"other\":\"" + inside + "\"}").isEmpty());
+    }
+
+    void longTextInThePlaceOfAnotherTypeIsRefused()
+    {
+        const QByteArray text = '"' + QByteArray(5000, '1') + '"';
+        QVERIFY(!decodingFailure<UserResponse>("{\"ok\":" + text + "}").isEmpty());
+        QVERIFY(!decodingFailure<UserResponse>("{" + text + ":true}").isEmpty());
+        QVERIFY(!decodingFailure<UserResponse>("{\"ok\":true," + text + "}").isEmpty());
+        QVERIFY(!decodingFailure<UserResponse>(text).isEmpty());
+        QVERIFY(!decodingFailure<UserResponse>("{\"ok\":true}" + text).isEmpty());
+        QVERIFY(!decodingFailure<UserResponse>("{\"ok\":true,\\" + text + ":1}").isEmpty());
     }
 
     void badEscapeInAPhotoIsRefused()

@@ -1,0 +1,139 @@
+#include "model/LongTexts.h"
+
+#include <algorithm>
+#include <bit>
+#include <cstdint>
+#include <cstring>
+
+namespace ambrel {
+
+namespace {
+
+/// Below this a string is cheaper to parse than to take out.
+constexpr std::size_t shortest = 1024;
+
+using Block = signed char __attribute__((vector_size(16)));
+
+/// All bits of each byte that is a quote, a backslash, a control character or beyond ASCII.
+Block specialBytes(const char *text)
+{
+    Block block;
+    std::memcpy(&block, text, sizeof block);
+    return (block == '"') | (block == '\\') | (block < ' '); // bytes beyond ASCII are negative
+}
+
+/// Index of the first byte of `special` with its bits set; the size of a block when there is none.
+std::size_t firstSet(const Block &special)
+{
+    static_assert(std::endian::native == std::endian::little);
+    std::uint64_t halves[2];
+    std::memcpy(halves, &special, sizeof special);
+    if (halves[0] != 0)
+        return static_cast<std::size_t>(std::countr_zero(halves[0])) / 8;
+    return 8 + static_cast<std::size_t>(std::countr_zero(halves[1])) / 8;
+}
+
+/// The first quote, backslash, control character or byte beyond ASCII at or after `text`; `end` when there is none.
+/// Reads whole blocks, into the padding behind the text.
+const char *firstSpecial(const char *text, const char *end)
+{
+    constexpr std::size_t size = sizeof(Block);
+    for (; text < end; text += 4 * size) {
+        const Block blocks[4] = {specialBytes(text), specialBytes(text + size), specialBytes(text + 2 * size),
+                                 specialBytes(text + 3 * size)};
+        if (firstSet(blocks[0] | blocks[1] | blocks[2] | blocks[3]) == size)
+            continue;
+        for (const Block &block : blocks) {
+            if (const std::size_t index = firstSet(block); index < size)
+                return std::min(text + index, end);
+            text += size;
+        }
+    }
+    return end;
+}
+
+/// A string that has begun: where its closing quote stands, and whether it may be taken out.
+struct End
+{
+    const char *quote; ///< null when the string never ends
+    bool isPlain = true;
+    bool hasSolidus = false;
+};
+
+End endOf(const char *text, const char *end)
+{
+    End result{nullptr};
+    for (const char *at = firstSpecial(text, end); at < end; at = firstSpecial(at, end)) {
+        if (*at == '"') {
+            result.quote = at;
+            return result;
+        }
+        const bool isEscape = *at == '\\' && at + 1 < end;
+        const bool isSolidus = isEscape && at[1] == '/';
+        result.hasSolidus = result.hasSolidus || isSolidus;
+        result.isPlain = result.isPlain && isSolidus;
+        at += isEscape ? 2 : 1;
+    }
+    return result;
+}
+
+/// Turns every "\/" into "/" and returns the new length. The text holds no other backslash.
+std::size_t unescapeSolidus(char *text, const char *end)
+{
+    const char *read = text;
+    char *write = text;
+    while (read < end) {
+        const void *const found = std::memchr(read, '\\', static_cast<std::size_t>(end - read));
+        const char *const stop = found ? static_cast<const char *>(found) : end;
+        const auto run = static_cast<std::size_t>(stop - read);
+        std::memmove(write, read, run);
+        write += run;
+        read = found ? stop + 1 : end; // the solidus itself opens the next run
+    }
+    return static_cast<std::size_t>(write - text);
+}
+
+} // namespace
+
+LongTexts::LongTexts(Bytes &json) : m_json(json.view())
+{
+    if (m_json.size() < shortest)
+        return;
+    char *const begin = json.data();
+    const char *const end = begin + json.size();
+    std::size_t copied = 0;
+    const char *next = begin;
+    while (const void *const quote = std::memchr(next, '"', static_cast<std::size_t>(end - next))) {
+        const auto inside = static_cast<std::size_t>(static_cast<const char *>(quote) - begin) + 1;
+        const End stop = endOf(begin + inside, end);
+        if (!stop.quote)
+            break;
+        const auto close = static_cast<std::size_t>(stop.quote - begin);
+        if (stop.isPlain && close - inside >= shortest) {
+            const std::size_t length = stop.hasSolidus ? unescapeSolidus(begin + inside, stop.quote) : close - inside;
+            take(copied, inside, close, length);
+        }
+        next = stop.quote + 1;
+    }
+    if (!m_taken.empty())
+        m_skeleton.append(m_json.substr(copied));
+}
+
+void LongTexts::take(std::size_t &copied, std::size_t begin, std::size_t end, std::size_t length)
+{
+    m_skeleton.append(m_json.substr(copied, begin - copied));
+    m_taken.push_back({m_skeleton.size() - 1, m_json.substr(begin, length)});
+    copied = end;
+}
+
+std::optional<std::string_view> LongTexts::at(const char *token) const
+{
+    const auto offset = static_cast<std::size_t>(token - skeleton().data());
+    const auto found = std::lower_bound(m_taken.begin(), m_taken.end(), offset,
+                                        [](const Taken &taken, std::size_t sought) { return taken.offset < sought; });
+    if (found == m_taken.end() || found->offset != offset)
+        return std::nullopt;
+    return found->inside;
+}
+
+} // namespace ambrel
