@@ -1,16 +1,19 @@
 #pragma once
 
-#include <QFuture>
-#include <QtConcurrentRun>
-#include <memory>
+#include "tasks/HandOff.h"
 
 namespace ambrel {
 
-/// Runs `work()` on the worker pool; an exception travels with the future. Callable from any thread.
+/// Runs `work()` on the worker pool. It must not throw. Callable from any thread.
+void startOnWorker(std::function<void()> work);
+
+/// Runs `work()` on the worker pool; `co_await` its value, or its exception, on the calling thread.
 template <typename Work>
 auto runOnWorker(Work work)
 {
-    return QtConcurrent::run(std::move(work));
+    const HandOff<decltype(work())> result;
+    startOnWorker([result, job = std::move(work)]() mutable { result.finish(outcomeOf(job)); });
+    return result;
 }
 
 /// Destroys `value` on the worker pool: freeing a large reply takes milliseconds.
@@ -18,7 +21,7 @@ template <typename Value>
 void destroyOnWorker(Value value)
 {
     auto shared = std::make_shared<Value>(std::move(value));
-    QThreadPool::globalInstance()->start([doomed = std::move(shared)]() mutable { doomed.reset(); });
+    startOnWorker([doomed = std::move(shared)]() mutable { doomed.reset(); });
 }
 
 } // namespace ambrel
