@@ -1,0 +1,222 @@
+#include "api/HttpTransfer.h"
+
+#include "api/CurlErrors.h"
+#include "api/TransportError.h"
+
+#include <algorithm>
+#include <new>
+
+namespace ambrel {
+
+namespace {
+
+constexpr int mostHops = 20;
+/// A refusal is read this far: more than any error text, less than a flood.
+constexpr std::size_t largestRefusal = std::size_t{1024} * 1024;
+/// An answer that inflates beyond both is a bomb: JSON with photos stays below 2 to 1, without them below 30 to 1.
+constexpr std::size_t bombSize = std::size_t{32} * 1024 * 1024;
+constexpr std::size_t bombRatio = 100;
+
+bool isSuccess(long status)
+{
+    return status >= 200 && status < 300;
+}
+
+bool isRedirect(long status)
+{
+    return status == 301 || status == 302 || status == 303 || status == 307 || status == 308;
+}
+
+/// True when OpenSSL reports that the peer hung up during the handshake, which libcurl does not tell apart from a
+/// handshake that failed.
+bool hungUpInHandshake(std::string_view errorText)
+{
+    constexpr std::string_view signs[] = {"SSL_ERROR_SYSCALL", "unexpected eof", "Connection reset"};
+    return std::any_of(std::begin(signs), std::end(signs),
+                       [errorText](std::string_view sign) { return errorText.find(sign) != std::string_view::npos; });
+}
+
+} // namespace
+
+bool isHttpAddress(const QUrl &url)
+{
+    const QString scheme = url.scheme();
+    return url.isValid() && (scheme == QLatin1String("http") || scheme == QLatin1String("https")) &&
+           !url.host().isEmpty();
+}
+
+HttpTransfer::HttpTransfer(const HttpRequest &request, const TransferLimits &limits, HttpReceiver receiver)
+    : m_url(request.url.toEncoded()), m_isPost(request.method == HttpRequest::Method::Post), m_body(request.body),
+      m_mayRepeat(request.repeat == HttpRequest::Repeat::Harmless), m_limits(limits), m_receiver(std::move(receiver))
+{
+}
+
+HttpTransfer::~HttpTransfer()
+{
+    curl_easy_cleanup(m_handle);
+    curl_slist_free_all(m_headers);
+}
+
+CURL *HttpTransfer::prepare()
+{
+    if (m_handle)
+        curl_easy_reset(m_handle);
+    else
+        m_handle = curl_easy_init();
+    if (!m_handle)
+        return nullptr;
+    const auto set = [this](CURLoption option, auto value) { curl_easy_setopt(m_handle, option, value); };
+
+    set(CURLOPT_PRIVATE, this);
+    set(CURLOPT_ERRORBUFFER, m_errorText);
+    set(CURLOPT_NOSIGNAL, 1L);
+    set(CURLOPT_QUICK_EXIT, 1L); // a name look-up that hangs delays nobody
+
+    set(CURLOPT_URL, m_url.constData());
+    set(CURLOPT_PATH_AS_IS, 1L); // a user ID of ".." is a user ID
+    set(CURLOPT_PROTOCOLS_STR, "http,https");
+    set(CURLOPT_HTTP_VERSION, static_cast<long>(CURL_HTTP_VERSION_1_1)); // one exchange a socket: silence is its own
+    set(CURLOPT_USERAGENT, "Ambrel/" AMBREL_VERSION);
+    set(CURLOPT_ACCEPT_ENCODING, "");
+    if (!m_mayRepeat)
+        set(CURLOPT_FRESH_CONNECT, 1L); // libcurl repeats only what dies on a connection that was used before
+
+    set(CURLOPT_SSLVERSION, static_cast<long>(CURL_SSLVERSION_TLSv1_2));
+    if (!m_limits.trustedCertificates.isEmpty()) {
+        QByteArray &pem = m_limits.trustedCertificates;
+        curl_blob blob{pem.data(), static_cast<std::size_t>(pem.size()), CURL_BLOB_COPY};
+        set(CURLOPT_CAINFO_BLOB, &blob);
+    }
+
+    if (m_isPost) {
+        if (!m_headers) {
+            m_headers = curl_slist_append(m_headers, "Content-Type: application/json");
+            m_headers = curl_slist_append(m_headers, "Expect:");
+        }
+        set(CURLOPT_POST, 1L);
+        set(CURLOPT_HTTPHEADER, m_headers);
+        set(CURLOPT_POSTFIELDSIZE_LARGE, static_cast<curl_off_t>(m_body.size()));
+        set(CURLOPT_POSTFIELDS, m_body.constData());
+    }
+
+    set(CURLOPT_BUFFERSIZE, 512L * 1024);
+    set(CURLOPT_WRITEFUNCTION, &HttpTransfer::receiveBody);
+    set(CURLOPT_WRITEDATA, this);
+    touch();
+    return m_handle;
+}
+
+bool HttpTransfer::followRedirect(CURLcode code)
+{
+    const char *location = nullptr;
+    curl_easy_getinfo(m_handle, CURLINFO_REDIRECT_URL, &location);
+    const long status = number(CURLINFO_RESPONSE_CODE);
+    if (code != CURLE_OK || !isRedirect(status) || !location)
+        return false;
+
+    const QByteArray target(location);
+    const QUrl url = QUrl::fromEncoded(target);
+    const bool losesSecurity = m_url.startsWith("https:") && url.scheme() == QLatin1String("http");
+    if (++m_hops > mostHops)
+        refuse(sentenceFor(CURLE_TOO_MANY_REDIRECTS));
+    else if (!isHttpAddress(url))
+        refuse(QStringLiteral("The server redirected to an address that is not supported."));
+    else if (losesSecurity)
+        refuse(QStringLiteral("The server redirected to an address that is not secure."));
+    if (m_refusal)
+        return false;
+
+    m_url = target;
+    if (status != 307 && status != 308)
+        m_isPost = false; // as every browser does
+    m_answer.reset();
+    return true;
+}
+
+void HttpTransfer::finish(CURLcode code)
+{
+    const auto status = static_cast<int>(m_handle ? number(CURLINFO_RESPONSE_CODE) : 0);
+    // A connection that ends after an interim answer has answered with that.
+    const bool onlyInterim = code == CURLE_GOT_NOTHING && status > 100 && status < 200;
+    const bool isAnswer = (code == CURLE_OK || m_isCut || onlyInterim) && !m_refusal;
+    const auto receiver = std::exchange(m_receiver, nullptr);
+    if (isAnswer) {
+        if (!m_answer)
+            m_answer = std::make_shared<Bytes>();
+        receiver(HttpReply{status, std::move(m_answer)});
+    } else {
+        const QString sentence = m_refusal ? *m_refusal : failureSentence(code);
+        receiver(std::make_exception_ptr(TransportError(sentence)));
+    }
+}
+
+QString HttpTransfer::failureSentence(CURLcode code) const
+{
+    if (code == CURLE_COULDNT_CONNECT)
+        return connectSentenceFor(number(CURLINFO_OS_ERRNO));
+    if (code == CURLE_SSL_CONNECT_ERROR && hungUpInHandshake(m_errorText))
+        return sentenceFor(CURLE_RECV_ERROR);
+    return sentenceFor(code);
+}
+
+std::size_t HttpTransfer::receiveBody(char *data, std::size_t size, std::size_t count, void *self)
+{
+    const std::string_view more(data, size * count);
+    return static_cast<HttpTransfer *>(self)->accept(more) ? more.size() : 0;
+}
+
+/// Keeps the next bytes of the body; false ends the exchange.
+bool HttpTransfer::accept(std::string_view more)
+{
+    try {
+        if (!m_answer)
+            makeRoom();
+        const std::size_t size = m_answer->size() + more.size();
+        if (!isSuccess(number(CURLINFO_RESPONSE_CODE))) {
+            m_isCut = size > largestRefusal;
+        } else if (size > m_limits.largestAnswer) {
+            refuse(sentenceFor(CURLE_FILESIZE_EXCEEDED));
+        } else if (size > bombSize) {
+            const auto received = static_cast<std::size_t>(amount(CURLINFO_SIZE_DOWNLOAD_T));
+            if (size / bombRatio > received)
+                refuse(sentenceFor(CURLE_BAD_CONTENT_ENCODING));
+        }
+        if (m_isCut || m_refusal)
+            return false;
+        m_answer->append(more);
+        return true;
+    } catch (const std::bad_alloc &) {
+        refuse(sentenceFor(CURLE_OUT_OF_MEMORY));
+        return false;
+    }
+}
+
+/// Makes the body as large as the server announces, so that it never moves while it grows.
+void HttpTransfer::makeRoom()
+{
+    m_answer = std::make_shared<Bytes>();
+    const curl_off_t announced = std::max<curl_off_t>(0, amount(CURLINFO_CONTENT_LENGTH_DOWNLOAD_T));
+    const auto size = static_cast<std::size_t>(announced);
+    if (!isSuccess(number(CURLINFO_RESPONSE_CODE)))
+        return;
+    if (size > m_limits.largestAnswer)
+        refuse(sentenceFor(CURLE_FILESIZE_EXCEEDED));
+    else
+        m_answer->reserve(size);
+}
+
+long HttpTransfer::number(CURLINFO info) const
+{
+    long value = 0;
+    curl_easy_getinfo(m_handle, info, &value);
+    return value;
+}
+
+curl_off_t HttpTransfer::amount(CURLINFO info) const
+{
+    curl_off_t value = 0;
+    curl_easy_getinfo(m_handle, info, &value);
+    return value;
+}
+
+} // namespace ambrel
