@@ -155,10 +155,10 @@ private Q_SLOTS:
         const QByteArray plain = QByteArray("AbC0+").repeated(1000);
         const QByteArray solidi = QByteArray("\\/a\\/\\/bc").repeated(1000);
         const QByteArray escaped = QByteArray("caf\\u00e9").repeated(1000);
-        const QByteArray json = R"({"userId":"b","displayName":"B","distanceMeters":1,"aToB":2,"bToA":3,)"
-                                R"("heatLevel":"HOT", "profilePhoto" : ")" +
-                                plain + R"(" ,"profilePhotos":[")" + solidi + R"(",")" + escaped +
-                                R"(","short\/","",")" + plain + R"("],"other":")" + plain + R"("})";
+        QByteArray json = "{'userId':'b','displayName':'B','distanceMeters':1,'aToB':2,'bToA':3,'heatLevel':'HOT', "
+                          "'profilePhoto' : 'PLAIN' ,'profilePhotos':['SOLIDI','ESCAPED','short\\/','','PLAIN'],"
+                          "'other':'PLAIN'}";
+        json.replace('\'', '"').replace("PLAIN", plain).replace("SOLIDI", solidi).replace("ESCAPED", escaped);
         const auto bytes =
             std::make_shared<Bytes>(std::string_view(json.constData(), static_cast<std::size_t>(json.size())));
         const auto match = readRecord<MatchResult>(bytes);
@@ -197,7 +197,7 @@ private Q_SLOTS:
     {
         QTest::addColumn<QByteArray>("inside");
         const QByteArray filling(5000, 'x');
-        QTest::newRow("never closed") << QByteArray(filling + "\\\"");
+        QTest::newRow("never closed") << QByteArray(filling + "\\");
         QTest::newRow("bad escape") << QByteArray(filling + "\\q" + filling);
         QTest::newRow("raw line break") << QByteArray(filling + "\n" + filling);
         QTest::newRow("bad UTF-8") << QByteArray(filling + "\xff" + filling);
