@@ -1,0 +1,74 @@
+// A photo's text to the pixels that are drawn, beside libjpeg-turbo's own scaled decode of the same file.
+
+#include "Interleaved.h"
+#include "support/DrawnPhoto.h"
+#include "ui/Base64.h"
+#include "ui/DataUrlImage.h"
+
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <turbojpeg.h>
+
+using namespace ambrel;
+
+namespace {
+
+/// libjpeg-turbo's scaled decode to the smallest size that fills `frame`; no cropping, no last resampling.
+QImage decodedByRival(const QByteArray &file, QSize frame)
+{
+    const tjhandle decoder = tjInitDecompress();
+    const auto *const bytes = reinterpret_cast<const unsigned char *>(file.constData());
+    const auto size = static_cast<unsigned long>(file.size());
+    int width = 0;
+    int height = 0;
+    int subsampling = 0;
+    int colorspace = 0;
+    tjDecompressHeader3(decoder, bytes, size, &width, &height, &subsampling, &colorspace);
+    const double scale = std::max(double(frame.width()) / width, double(frame.height()) / height);
+    const int eighths = std::clamp(int(std::ceil(scale * 8)), 1, 8);
+    QImage image((width * eighths + 7) / 8, (height * eighths + 7) / 8, QImage::Format_RGB32);
+    if (tjDecompress2(decoder, bytes, size, image.bits(), image.width(), int(image.bytesPerLine()), image.height(),
+                      TJPF_BGRX, 0) != 0)
+        std::abort();
+    tjDestroy(decoder);
+    return image;
+}
+
+void compare(QSize photo, QSize frame)
+{
+    // Noise as a sensor makes it: a smooth drawing alone would be no photo.
+    QImage drawn = drawnPortrait(photo);
+    unsigned value = 1;
+    for (int y = 0; y < drawn.height(); ++y) {
+        auto *const line = reinterpret_cast<quint32 *>(drawn.scanLine(y));
+        for (int x = 0; x < drawn.width(); ++x)
+            line[x] ^= ((value = value * 1664525 + 1013904223) >> 27) * 0x010101U & 0x0f0f0f;
+    }
+    const QByteArray file = fileOf(drawn);
+    const PhotoText text = photoTextOf(file);
+    const auto [ours, rivals] = interleavedMedians(
+        21,
+        [&] {
+            if (!dataURLImage(text.view(), frame))
+                std::abort();
+        },
+        [&] { decodedByRival(file, frame); });
+    const double base64 = interleavedMedians(
+                              21, [&] { (void)decodeBase64(text.view().substr(text.view().find(',') + 1)); }, [] {})
+                              .first;
+    std::printf("%4.1f MP (%5.0f kB) to %3dx%3d: %6.2f ms of which base64 %4.2f, libjpeg-turbo %6.2f ms, "
+                "ratio %.2f, without base64 %.2f\n",
+                photo.width() * photo.height() / 1e6, double(file.size()) / 1000, frame.width(), frame.height(),
+                ours * 1e3, base64 * 1e3, rivals * 1e3, ours / rivals, (ours - base64) / rivals);
+}
+
+} // namespace
+
+int main()
+{
+    for (const QSize photo : {QSize(480, 640), QSize(960, 1280), QSize(1536, 2048), QSize(3000, 4000)}) {
+        for (const QSize frame : {QSize(86, 104), QSize(172, 208), QSize(294, 250), QSize(588, 500)})
+            compare(photo, frame);
+    }
+}
