@@ -1,19 +1,27 @@
 #pragma once
 
 #include <algorithm>
-#include <chrono>
+#include <ctime>
 #include <utility>
 #include <vector>
 
 namespace ambrel {
 
-/// Seconds that one call of `work` takes.
+/// Seconds of processor time that this thread has used: what other programs do meanwhile does not count.
+inline double threadSeconds()
+{
+    timespec now{};
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
+    return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) / 1e9;
+}
+
+/// Seconds of processor time that one call of `work` takes on this thread.
 template <typename Work>
 double secondsFor(Work &&work)
 {
-    const auto start = std::chrono::steady_clock::now();
+    const double start = threadSeconds();
     work();
-    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+    return threadSeconds() - start;
 }
 
 /// The median seconds of each of two pieces of work, run in turn so that both meet the same weather.

@@ -5,8 +5,7 @@
 #include <QBuffer>
 #include <QColorSpace>
 #include <QImageReader>
-#include <algorithm>
-#include <cmath>
+#include <QPainter>
 
 namespace ambrel {
 
@@ -40,31 +39,52 @@ QByteArray formatOf(const QByteArray &bytes)
     return {};
 }
 
-/// The smallest size not below `frame` that a JPEG is decoded to without a resampling pass: eighths of its own.
-QSize decodedSize(QSize image, QSize frame)
-{
-    const double scale = std::max(double(frame.width()) / image.width(), double(frame.height()) / image.height());
-    const int eighths = std::clamp(int(std::ceil(scale * 8)), 1, 8);
-    const auto scaled = [eighths](int length) { return (length * eighths + 7) / 8; };
-    return {scaled(image.width()), scaled(image.height())};
-}
-
-/// The middle of `image` in the shape of `frame`.
+/// The middle of an image of size `image`, in the shape of `frame`.
 QRect middleShapedAs(QSize frame, QSize image)
 {
     const QSize shape = frame.scaled(image, Qt::KeepAspectRatio).expandedTo({1, 1});
     return {QPoint((image.width() - shape.width()) / 2, (image.height() - shape.height()) / 2), shape};
 }
 
-/// The image as it is drawn: exactly as large as the frame, in the format that is painted fastest.
+/// Lets the JPEG reader decode only what fills `frame`, no smaller, at the least cost: halved up to three times,
+/// which libjpeg-turbo has vector code for (five to seven eighths take longer than the whole), the middle alone.
+void limitJpegTo(QSize frame, QSize image, QImageReader &reader)
+{
+    const QRect middle = middleShapedAs(frame, image);
+    for (int divisor = 8;; divisor /= 2) {
+        // The reader halves only what divides evenly.
+        const auto divided = [divisor](int length) { return length / divisor; };
+        const QPoint corner(divided(middle.x() + divisor - 1), divided(middle.y() + divisor - 1));
+        const QSize size(divided(middle.right() + 1) - corner.x(), divided(middle.bottom() + 1) - corner.y());
+        if (divisor == 1 || (size.width() >= frame.width() && size.height() >= frame.height())) {
+            reader.setClipRect({corner * divisor, size * divisor});
+            reader.setScaledSize(size);
+            return;
+        }
+    }
+}
+
+/// The middle of `image`, exactly as large as the frame, in the format that is painted fastest.
 QImage fittedTo(QSize frame, const QImage &image)
 {
-    const QImage::Format format = image.hasAlphaChannel() ? QImage::Format_ARGB32_Premultiplied : QImage::Format_RGB32;
     const QRect middle = middleShapedAs(frame, image.size());
-    const QImage shaped = middle.size() == image.size() ? image : image.copy(middle);
-    QImage fitted = shaped.scaled(frame, Qt::IgnoreAspectRatio, Qt::SmoothTransformation).convertToFormat(format);
-    if (fitted.colorSpace().isValid() && fitted.colorSpace() != QColorSpace(QColorSpace::SRgb))
+    const bool isMuchLarger = middle.width() > 2 * frame.width() || middle.height() > 2 * frame.height();
+    QImage fitted(frame, image.hasAlphaChannel() ? QImage::Format_ARGB32_Premultiplied : QImage::Format_RGB32);
+    QPainter painter(&fitted);
+    painter.setCompositionMode(QPainter::CompositionMode_Source);
+    if (isMuchLarger) {
+        // Averages all pixels, which the painter below does not.
+        painter.drawImage(0, 0, image.copy(middle).scaled(frame, Qt::IgnoreAspectRatio, Qt::SmoothTransformation));
+    } else {
+        // Three to four times as fast, and as good while no pixel is skipped.
+        painter.setRenderHint(QPainter::SmoothPixmapTransform);
+        painter.drawImage(QRect(QPoint(), frame), image, middle);
+    }
+    painter.end();
+    if (image.colorSpace().isValid() && image.colorSpace() != QColorSpace(QColorSpace::SRgb)) {
+        fitted.setColorSpace(image.colorSpace());
         fitted.convertToColorSpace(QColorSpace::SRgb);
+    }
     return fitted;
 }
 
@@ -90,7 +110,7 @@ std::optional<QImage> dataURLImage(std::string_view text, QSize frame)
         return std::nullopt;
     if (format == "jpeg") {
         const bool onItsSide = reader.transformation() & QImageIOHandler::TransformationRotate90;
-        reader.setScaledSize(decodedSize(size, onItsSide ? frame.transposed() : frame));
+        limitJpegTo(onItsSide ? frame.transposed() : frame, size, reader);
     }
     const QImage image = reader.read();
     if (image.isNull())
