@@ -19,6 +19,8 @@ using simdjson::error_code;
 
 /// Nesting beyond this is refused: the reader recurses.
 constexpr int maximumDepth = 512;
+/// Up to this many bytes of JSON are parsed with buffers that stay.
+constexpr std::size_t smallText = 64 * 1024;
 
 /// Where in the reply the reader stands; a chain on the stack, spelled out only for an error.
 struct Place
@@ -277,7 +279,10 @@ Record readRecord(const std::shared_ptr<Bytes> &json)
     if (text.starts_with("\xEF\xBB\xBF"))
         text.remove_prefix(3);
 
-    ondemand::parser parser;
+    // Most replies are small: their parser keeps its buffers, that of a large one gives them back.
+    static thread_local ondemand::parser smallParser;
+    ondemand::parser largeParser;
+    ondemand::parser &parser = text.size() <= smallText ? smallParser : largeParser;
     ondemand::document document;
     ondemand::object object;
     if (parser.iterate(text.data(), text.size(), text.size() + Bytes::padding).get(document) != simdjson::SUCCESS ||

@@ -11,6 +11,8 @@ namespace {
 
 /// Below this a string is cheaper to parse than to take out.
 constexpr std::size_t shortest = 1024;
+/// Below this the whole reply is.
+constexpr std::size_t shortestReply = 32 * 1024;
 
 using Block = signed char __attribute__((vector_size(16)));
 
@@ -97,7 +99,7 @@ std::size_t unescapeSolidus(char *text, const char *end)
 
 LongTexts::LongTexts(Bytes &json) : m_json(json.view())
 {
-    if (m_json.size() < shortest)
+    if (m_json.size() < shortestReply)
         return;
     char *const begin = json.data();
     const char *const end = begin + json.size();
