@@ -72,7 +72,7 @@ QCoro::Task<Response> get(QUrl baseURL, GetEndpoint<Response> endpoint, QString 
 /// The query that names this installation.
 QString deviceQuery(const QString &deviceId)
 {
-    return QStringLiteral("deviceId=") + QString::fromLatin1(QUrl::toPercentEncoding(deviceId));
+    return QStringLiteral("deviceId=") + percentEncoded(deviceId);
 }
 
 } // namespace

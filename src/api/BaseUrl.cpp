@@ -26,13 +26,21 @@ QUrl baseURLFromText(const QString &text)
     return url.isValid() ? url : QUrl(developmentServer(), QUrl::StrictMode);
 }
 
+QString percentEncoded(const QString &text, const QByteArray &kept)
+{
+    const QList<uint> characters = text.toUcs4(); // which repairs broken surrogate pairs
+    const QString repaired =
+        QString::fromUcs4(reinterpret_cast<const char32_t *>(characters.data()), characters.size());
+    return QString::fromLatin1(QUrl::toPercentEncoding(repaired, kept));
+}
+
 QUrl appendingPath(const QUrl &base, const QString &path)
 {
     // Joined in encoded form: what the base has encoded already is neither decoded nor encoded twice.
     QString joined = base.path(QUrl::FullyEncoded);
     if (!joined.endsWith(u'/'))
         joined += u'/';
-    joined += QString::fromLatin1(QUrl::toPercentEncoding(path, "/!$&'()*+,;=:@"));
+    joined += percentEncoded(path, "/!$&'()*+,;=:@");
 
     QUrl url = base;
     url.setPath(joined, QUrl::StrictMode);

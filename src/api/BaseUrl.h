@@ -16,6 +16,10 @@ QString normalizedBaseURL(const QString &text);
 /// The base URL for a typed server address; the development server when the address is no URL.
 QUrl baseURLFromText(const QString &text);
 
+/// `text` in UTF-8 with every byte percent-encoded but letters, digits, "-._~" and those in `kept`. Half a surrogate
+/// pair becomes U+FFFD.
+QString percentEncoded(const QString &text, const QByteArray &kept = {});
+
 /// `base` with `path` beneath it, percent-encoded; "/" in `path` separates segments. `path` has no leading "/".
 QUrl appendingPath(const QUrl &base, const QString &path);
 
