@@ -1,0 +1,132 @@
+#include "toolkit/TextLabel.h"
+
+#include <QAccessibleWidget>
+#include <QEvent>
+#include <QFontMetrics>
+#include <QPaintEvent>
+#include <QPainter>
+#include <algorithm>
+#include <utility>
+
+namespace ambrel {
+
+namespace {
+
+// The width that a label asks for ends at this many letters of average width.
+constexpr int widestHintLetters = 80;
+
+class AccessibleLabel : public QAccessibleWidget
+{
+public:
+    explicit AccessibleLabel(TextLabel *label) : QAccessibleWidget(label, QAccessible::StaticText) {}
+
+    QString text(QAccessible::Text kind) const override
+    {
+        const QString given = QAccessibleWidget::text(kind);
+        const bool isName = kind == QAccessible::Name && widget()->accessibleName().isEmpty();
+        return isName ? static_cast<const TextLabel *>(widget())->text() : given;
+    }
+};
+
+QAccessibleInterface *makeAccessible(const QString &, QObject *object)
+{
+    TextLabel *label = qobject_cast<TextLabel *>(object);
+    return label ? new AccessibleLabel(label) : nullptr; // owned by Qt's cache of interfaces
+}
+
+} // namespace
+
+TextLabel::TextLabel(const QString &text, QWidget *parent) : QWidget(parent), m_text(text)
+{
+    static const bool isKnown = [] {
+        QAccessible::installFactory(makeAccessible);
+        return true;
+    }();
+    Q_UNUSED(isKnown)
+}
+
+void TextLabel::setText(const QString &text)
+{
+    if (text == m_text)
+        return;
+    const auto size = [this] { return std::pair(sizeHint(), hasHeightForWidth() ? heightForWidth(width()) : 0); };
+    const auto before = size();
+    m_text = text;
+    m_laidOutLetters = 0;
+    forgetLines();
+    if (size() != before)
+        updateGeometry();
+    update();
+    if (QAccessible::isActive()) {
+        QAccessibleEvent event(this, QAccessible::NameChanged);
+        QAccessible::updateAccessibility(&event);
+    }
+}
+
+void TextLabel::setAlignment(Qt::Alignment alignment)
+{
+    m_alignment = alignment;
+    update();
+}
+
+QSize TextLabel::sizeHint() const
+{
+    const QFontMetrics metrics = fontMetrics();
+    const TextLines &lines = linesAt(widestHintLetters * metrics.averageCharWidth());
+    const QMargins margins = contentsMargins();
+    return {lines.width() + margins.left() + margins.right(), lines.height() + margins.top() + margins.bottom()};
+}
+
+QSize TextLabel::minimumSizeHint() const
+{
+    const QFontMetrics metrics = fontMetrics();
+    const QMargins margins = contentsMargins();
+    return {metrics.averageCharWidth() + margins.left() + margins.right(),
+            metrics.lineSpacing() + margins.top() + margins.bottom()};
+}
+
+int TextLabel::heightForWidth(int width) const
+{
+    const QMargins margins = contentsMargins();
+    return linesAt(width - margins.left() - margins.right()).height() + margins.top() + margins.bottom();
+}
+
+void TextLabel::relayOut()
+{
+    forgetLines();
+    updateGeometry();
+    update();
+}
+
+void TextLabel::changeEvent(QEvent *event)
+{
+    if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange)
+        relayOut();
+    QWidget::changeEvent(event);
+}
+
+void TextLabel::paintEvent(QPaintEvent *event)
+{
+    QPainter painter(this);
+    painter.setPen(palette().color(foregroundRole()));
+    linesAt(contentsRect().width()).draw(painter, contentsRect(), m_alignment, event->rect());
+}
+
+const TextLines &TextLabel::linesAt(int width) const
+{
+    if (m_measured[0].width != width) {
+        std::swap(m_measured[0], m_measured[1]);
+        if (m_measured[0].width != width) {
+            m_measured[0] = {width, breakLines(width)};
+            m_laidOutLetters += m_measured[0].lines.laidOutLetters();
+        }
+    }
+    return m_measured[0].lines;
+}
+
+void TextLabel::forgetLines()
+{
+    m_measured = {};
+}
+
+} // namespace ambrel

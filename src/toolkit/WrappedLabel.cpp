@@ -1,0 +1,30 @@
+#include "toolkit/WrappedLabel.h"
+
+namespace ambrel {
+
+namespace {
+
+constexpr qsizetype mostLetters = 2000;
+
+} // namespace
+
+WrappedLabel::WrappedLabel(const QString &text, QWidget *parent) : TextLabel(text, parent)
+{
+    QSizePolicy policy(QSizePolicy::Preferred, QSizePolicy::Preferred);
+    policy.setHeightForWidth(true);
+    setSizePolicy(policy);
+}
+
+void WrappedLabel::setShowsEverything(bool everything)
+{
+    m_showsEverything = everything;
+    relayOut();
+}
+
+TextLines WrappedLabel::breakLines(int width) const
+{
+    const bool isCut = !m_showsEverything && text().size() > mostLetters;
+    return TextLines::wrapped(isCut ? text().left(mostLetters) + u'\u2026' : text(), font(), width);
+}
+
+} // namespace ambrel
