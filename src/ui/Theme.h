@@ -99,6 +99,7 @@ inline constexpr int fieldHeight = 28;
 inline constexpr int fieldTextMargin = 7;
 inline constexpr qreal fieldRadius = 6;
 inline constexpr int scrollBarThickness = 10;
+inline constexpr int scrollBarHandleMinimum = 28;
 
 // Sidebar
 
@@ -110,6 +111,7 @@ inline constexpr int sidebarLogoSize = 52;
 inline constexpr int formSpacing = 10;
 inline constexpr int formTopPadding = 4;
 inline constexpr int groupBoxPadding = 8;
+inline constexpr int groupTitleSpacing = 4;
 inline constexpr int bioEditorHeight = 72;
 inline constexpr qreal bioEditorRadius = 6;
 inline constexpr qreal bioEditorOutlineWidth = 1;

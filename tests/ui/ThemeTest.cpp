@@ -1,4 +1,5 @@
 #include "ui/Theme.h"
+#include "ui/Pixels.h"
 
 #include <QApplication>
 #include <QFontInfo>
@@ -24,14 +25,6 @@ double contrast(const QColor &a, const QColor &b)
 {
     const auto [dark, light] = std::minmax(luminance(a), luminance(b));
     return (light + 0.05) / (dark + 0.05);
-}
-
-QColor over(const QColor &top, const QColor &bottom)
-{
-    const float alpha = top.alphaF();
-    return QColor::fromRgbF(top.redF() * alpha + bottom.redF() * (1 - alpha),
-                            top.greenF() * alpha + bottom.greenF() * (1 - alpha),
-                            top.blueF() * alpha + bottom.blueF() * (1 - alpha));
 }
 
 } // namespace

@@ -1,0 +1,42 @@
+#include "ui/AccountForm.h"
+
+#include "ui/AmbrelPrimaryButton.h"
+#include "ui/AmbrelSecondaryButton.h"
+#include "ui/BioEditor.h"
+#include "ui/FormLayout.h"
+#include "ui/TextBinding.h"
+#include "ui/ViewEnvironment.h"
+
+namespace ambrel {
+
+AccountForm::AccountForm(QWidget *parent)
+    : QGroupBox(QStringLiteral("Account"), parent), m_signUp(new AmbrelPrimaryButton(QStringLiteral("Sign Up"), this)),
+      m_logIn(new AmbrelSecondaryButton(QStringLiteral("Log In"), this))
+{
+    auto *const bio = new BioEditor(this);
+    bindText(*bio, &AmbrelAppState::profileBio);
+
+    auto *const form = makeFormLayout(*this);
+    form->addWidget(makeTextField(QStringLiteral("User ID"), &AmbrelAppState::userId, *this));
+    form->addWidget(makeTextField(QStringLiteral("Display name"), &AmbrelAppState::displayName, *this));
+    form->addWidget(makeTextField(QStringLiteral("Email"), &AmbrelAppState::email, *this));
+    form->addWidget(makeTextField(QStringLiteral("Phone"), &AmbrelAppState::phone, *this));
+    form->addWidget(bio);
+    form->addLayout(makeRow({m_signUp, m_logIn}));
+
+    auto &state = ViewEnvironment::of(*this).state();
+    connect(m_signUp, &QPushButton::clicked, this, [&state] { static_cast<void>(state.signup()); });
+    connect(m_logIn, &QPushButton::clicked, this, [&state] { static_cast<void>(state.login()); });
+    setTabOrder(bio, m_signUp);
+    setTabOrder(m_signUp, m_logIn);
+}
+
+void AccountForm::setBusy(bool isBusy)
+{
+    m_signUp->setText(isBusy ? QStringLiteral("Working...") : QStringLiteral("Sign Up"));
+    m_logIn->setText(isBusy ? QStringLiteral("Working...") : QStringLiteral("Log In"));
+    m_signUp->setDisabled(isBusy);
+    m_logIn->setDisabled(isBusy);
+}
+
+} // namespace ambrel

@@ -1,0 +1,62 @@
+#include "ui/AmbrelButton.h"
+
+#include "ui/Painting.h"
+#include "ui/Theme.h"
+
+#include <QFontMetricsF>
+#include <QKeyEvent>
+#include <QPainter>
+
+namespace ambrel {
+
+AmbrelButton::AmbrelButton(const QString &label, const Colors &colors, QWidget *parent)
+    : QPushButton(label, parent), m_colors(colors)
+{
+    setFont(theme::font(theme::TextStyle::Headline));
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    setAttribute(Qt::WA_Hover);
+    setAutoDefault(false);
+}
+
+QSize AmbrelButton::sizeHint() const
+{
+    // The same width for every label, so that buttons in a row share it equally.
+    return {theme::buttonMinimumHeight, theme::buttonMinimumHeight};
+}
+
+void AmbrelButton::keyPressEvent(QKeyEvent *event)
+{
+    const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    if (isEnter && !event->isAutoRepeat())
+        click();
+    else
+        QPushButton::keyPressEvent(event);
+}
+
+void AmbrelButton::paintEvent(QPaintEvent *)
+{
+    QPainter painter(this);
+    fillRounded(painter, rect(), isDown() ? m_colors.pressed : m_colors.rest);
+    if (underMouse() && isEnabled() && !isDown())
+        fillRounded(painter, rect(), theme::buttonHoverVeil);
+    if (hasFocus())
+        strokeFocusRing(painter, rect(), m_colors.focusRing);
+    paintLabel(painter);
+}
+
+void AmbrelButton::paintLabel(QPainter &painter) const
+{
+    const QRect room = rect().adjusted(theme::buttonLabelMargin, 0, -theme::buttonLabelMargin, 0);
+    const qreal fit = room.width() / std::max(1.0, QFontMetricsF(font()).horizontalAdvance(text()));
+    QFont labelFont = font();
+    if (fit < 1) {
+        const int smallest = qRound(font().pixelSize() * theme::buttonLabelMinimumScale);
+        labelFont.setPixelSize(std::max(smallest, int(font().pixelSize() * fit)));
+    }
+    painter.setFont(labelFont);
+    painter.setPen(m_colors.label);
+    painter.drawText(room, Qt::AlignCenter | Qt::TextSingleLine,
+                     QFontMetrics(labelFont).elidedText(text(), Qt::ElideRight, room.width()));
+}
+
+} // namespace ambrel

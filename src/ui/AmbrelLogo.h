@@ -1,0 +1,34 @@
+#pragma once
+
+#include <QWidget>
+
+class QPainter;
+
+namespace ambrel {
+
+/// The brand mark: a round badge with a heart and a pin inside, drawn from vectors at any size.
+class AmbrelLogo : public QWidget
+{
+    Q_OBJECT
+
+public:
+    /// A square of `size` pixels; `inverted` for a red surrounding.
+    explicit AmbrelLogo(int size, bool inverted = false, QWidget *parent = nullptr);
+
+    bool isInverted() const { return m_inverted; }
+    void setInverted(bool inverted);
+
+    /// Draws the mark into a square of `size` pixels at the painter's origin, without its shadow.
+    static void paint(QPainter &painter, qreal size, bool inverted);
+    /// The drop shadow falls outside the mark's own frame, so the view beneath draws it: call this from the paint
+    /// event of the mark's parent.
+    void paintShadow(QPainter &parentPainter) const;
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    bool m_inverted;
+};
+
+} // namespace ambrel

@@ -1,0 +1,127 @@
+#include "ui/ContentView.h"
+
+#include "ui/AmbrelBackground.h"
+#include "ui/Divider.h"
+#if __has_include("ui/MainPanelView.h")
+#include "ui/MainPanelView.h"
+#endif
+#include "ui/SeeMeAlert.h"
+#include "ui/SeeMeFlashOverlay.h"
+#include "ui/SidebarView.h"
+#include "ui/Theme.h"
+#include "ui/ViewEnvironment.h"
+
+#include <QApplication>
+#include <QHBoxLayout>
+#include <QScrollArea>
+
+namespace ambrel {
+
+namespace {
+
+/// Lets the main panel scroll sideways where the window is narrower than the panel's own minimum.
+QScrollArea *makeMainPanelArea(QWidget &parent)
+{
+    auto *const area = new QScrollArea(&parent);
+    area->setFrameShape(QFrame::NoFrame);
+    area->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    area->setWidgetResizable(true);
+    area->setFocusPolicy(Qt::NoFocus);
+    area->viewport()->setAutoFillBackground(false);
+#if __has_include("ui/MainPanelView.h")
+    auto *const panel = new MainPanelView(area);
+#else
+    auto *const panel = new QWidget(area);
+#endif
+    area->setWidget(panel);
+    panel->setAutoFillBackground(false); // the area would fill it
+    QObject::connect(qApp, &QApplication::focusChanged, area, [area](QWidget *, QWidget *focused) {
+        if (focused && area->widget()->isAncestorOf(focused))
+            area->ensureWidgetVisible(focused);
+    });
+    return area;
+}
+
+} // namespace
+
+ContentView::ContentView(QWidget *parent) : QWidget(parent), m_background(new AmbrelBackground(this))
+{
+    auto *const row = new QHBoxLayout(m_background);
+    const int padding = theme::windowPadding;
+    row->setContentsMargins(padding, padding, padding, padding);
+    row->setSpacing(0);
+    row->addWidget(new SidebarView(m_background));
+    row->addWidget(new Divider(Qt::Vertical, m_background));
+    row->addWidget(makeMainPanelArea(*m_background), 1);
+
+    connect(&ViewEnvironment::of(*this), &ViewEnvironment::stateDidChange, this, &ContentView::refresh);
+    refresh();
+}
+
+void ContentView::resizeEvent(QResizeEvent *)
+{
+    m_background->setGeometry(rect());
+}
+
+void ContentView::refresh()
+{
+    const auto &state = ViewEnvironment::of(*this).state();
+    const bool hadFlash = m_flash;
+    const bool hadAlert = m_alert;
+    if (!hadFlash && !hadAlert)
+        m_focusBeneath = window()->focusWidget();
+
+    showFlash(state.showSeeMeFlash);
+    showAlert(state.incomingSeeMe);
+    if (hadFlash != !m_flash.isNull() || hadAlert != !m_alert.isNull())
+        moveFocus();
+}
+
+void ContentView::showFlash(bool isShown)
+{
+    if (isShown && !m_flash) {
+        m_flash = new SeeMeFlashOverlay([this] { ViewEnvironment::of(*this).state().showSeeMeFlash = false; }, this);
+        if (m_alert)
+            m_alert->raise();
+    } else if (!isShown && m_flash) {
+        m_flash->remove();
+        m_flash.clear();
+    }
+}
+
+void ContentView::showAlert(const std::optional<SeeMeMessage> &message)
+{
+    if (!message) {
+        if (m_alert) {
+            m_alert->hide();
+            m_alert->deleteLater();
+            m_alert.clear();
+        }
+        return;
+    }
+    auto &state = ViewEnvironment::of(*this).state();
+    if (m_alert) {
+        m_alert->setMessage(message->body);
+    } else {
+        m_alert = new SeeMeAlert(
+            message->body, [&state] { state.incomingSeeMe = std::nullopt; }, this);
+        QApplication::alert(window());
+        // The alert does not keep the flash beneath it from being dismissed.
+        connect(m_alert, &SeeMeAlert::clickedBeside, this, [this, &state] {
+            if (m_flash)
+                state.showSeeMeFlash = false;
+        });
+    }
+}
+
+void ContentView::moveFocus()
+{
+    if (m_alert)
+        m_alert->takeFocus();
+    else if (m_flash)
+        m_flash->takeFocus();
+    else if (m_focusBeneath)
+        m_focusBeneath->setFocus();
+}
+
+} // namespace ambrel

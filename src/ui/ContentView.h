@@ -1,0 +1,40 @@
+#pragma once
+
+#include "model/ResponseRecords.h"
+
+#include <QPointer>
+#include <QWidget>
+#include <optional>
+
+namespace ambrel {
+
+class AmbrelBackground;
+class SeeMeAlert;
+class SeeMeFlashOverlay;
+
+/// All that the window shows: sidebar and main panel on the background, the See Me flash above them, and the alert for
+/// an incoming See Me above all.
+class ContentView : public QWidget
+{
+    Q_OBJECT
+
+public:
+    /// `parent` must stand in a view environment.
+    explicit ContentView(QWidget *parent);
+
+protected:
+    void resizeEvent(QResizeEvent *event) override;
+
+private:
+    void refresh();
+    void showFlash(bool isShown);
+    void showAlert(const std::optional<SeeMeMessage> &message);
+    void moveFocus();
+
+    AmbrelBackground *const m_background;
+    QPointer<SeeMeFlashOverlay> m_flash;
+    QPointer<SeeMeAlert> m_alert;
+    QPointer<QWidget> m_focusBeneath; ///< what had the focus before a layer took it
+};
+
+} // namespace ambrel

@@ -1,0 +1,22 @@
+#include "ui/Divider.h"
+
+#include "ui/Theme.h"
+
+#include <QPainter>
+
+namespace ambrel {
+
+Divider::Divider(Qt::Orientation orientation, QWidget *parent) : QWidget(parent)
+{
+    if (orientation == Qt::Vertical)
+        setFixedWidth(theme::dividerThickness);
+    else
+        setFixedHeight(theme::dividerThickness);
+}
+
+void Divider::paintEvent(QPaintEvent *)
+{
+    QPainter(this).fillRect(rect(), theme::divider);
+}
+
+} // namespace ambrel

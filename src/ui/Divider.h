@@ -1,0 +1,19 @@
+#pragma once
+
+#include <QWidget>
+
+namespace ambrel {
+
+/// A faint line between two areas.
+class Divider : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit Divider(Qt::Orientation orientation, QWidget *parent = nullptr);
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+};
+
+} // namespace ambrel

@@ -1,0 +1,46 @@
+#include "ui/FormLayout.h"
+
+#include "ui/Theme.h"
+
+namespace ambrel {
+
+QVBoxLayout *makeFormLayout(QWidget &box)
+{
+    auto *const layout = new QVBoxLayout(&box);
+    layout->setContentsMargins(0, theme::formTopPadding, 0, 0);
+    layout->setSpacing(theme::formSpacing);
+    return layout;
+}
+
+QHBoxLayout *makeRow(std::initializer_list<QWidget *> widgets)
+{
+    auto *const row = new QHBoxLayout; // owned by the layout it is added to
+    row->setSpacing(theme::buttonRowSpacing);
+    for (auto *const widget : widgets)
+        row->addWidget(widget);
+    return row;
+}
+
+QLineEdit *makeTextField(const QString &placeholder, TextField field, QWidget &parent)
+{
+    auto *const editor = new QLineEdit(&parent);
+    editor->setPlaceholderText(placeholder);
+    editor->setAccessibleName(placeholder);
+    bindText(*editor, field);
+    return editor;
+}
+
+QLabel *makeCaption(const QString &text, QWidget &parent)
+{
+    auto *const label = new QLabel(&parent);
+    label->setTextFormat(Qt::PlainText);
+    label->setFont(theme::font(theme::TextStyle::Caption));
+    label->setWordWrap(true);
+    QPalette colors = label->palette();
+    colors.setColor(QPalette::WindowText, theme::secondaryText);
+    label->setPalette(colors);
+    label->setText(text);
+    return label;
+}
+
+} // namespace ambrel

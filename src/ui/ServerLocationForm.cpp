@@ -1,0 +1,66 @@
+#include "ui/ServerLocationForm.h"
+
+#include "ui/AmbrelPrimaryButton.h"
+#include "ui/AmbrelSecondaryButton.h"
+#include "ui/Divider.h"
+#include "ui/FormLayout.h"
+#include "ui/ViewEnvironment.h"
+
+#include <QCheckBox>
+
+namespace ambrel {
+
+ServerLocationForm::ServerLocationForm(QWidget *parent)
+    : QGroupBox(QStringLiteral("Server && Location"), parent),
+      m_discoverable(new QCheckBox(QStringLiteral("Discoverable"), this)),
+      m_goLive(new AmbrelPrimaryButton(QStringLiteral("Go Live"), this)),
+      m_checkServer(new AmbrelSecondaryButton(QStringLiteral("Check Server"), this)),
+      m_serverStatus(makeCaption({}, *this)), m_betaStatus(makeCaption({}, *this))
+{
+    auto *const server = makeTextField(QStringLiteral("Server"), &AmbrelAppState::serverBaseURL, *this);
+    auto *const latitude = makeTextField(QStringLiteral("Latitude"), &AmbrelAppState::latitudeText, *this);
+    auto *const longitude = makeTextField(QStringLiteral("Longitude"), &AmbrelAppState::longitudeText, *this);
+    auto *const pause = new AmbrelSecondaryButton(QStringLiteral("Pause"), this);
+    m_serverStatus->setAccessibleDescription(QStringLiteral("Server status"));
+    m_betaStatus->setAccessibleDescription(QStringLiteral("Android beta status"));
+
+    auto *const form = makeFormLayout(*this);
+    form->addWidget(server);
+    form->addLayout(makeRow({latitude, longitude}));
+    form->addWidget(m_discoverable);
+    form->addWidget(makeCaption(
+        QStringLiteral("Mac build uses manual location until desktop location permissions are added."), *this));
+    form->addLayout(makeRow({m_goLive, pause}));
+    form->addWidget(new Divider(Qt::Horizontal, this));
+    form->addWidget(m_checkServer);
+    form->addWidget(m_serverStatus);
+    form->addWidget(m_betaStatus);
+
+    auto &state = ViewEnvironment::of(*this).state();
+    connect(m_discoverable, &QCheckBox::toggled, this, [&state](bool isOn) {
+        if (state.discoverable != isOn)
+            state.discoverable = isOn;
+    });
+    connect(m_goLive, &QPushButton::clicked, this, [&state] { state.startLive(); });
+    connect(pause, &QPushButton::clicked, this, [&state] { state.stopLive(); });
+    connect(m_checkServer, &QPushButton::clicked, this, [&state] { static_cast<void>(state.checkServerStatus()); });
+
+    QWidget *previous = server;
+    for (QWidget *const next :
+         std::initializer_list<QWidget *>{latitude, longitude, m_discoverable, m_goLive, pause, m_checkServer}) {
+        setTabOrder(previous, next);
+        previous = next;
+    }
+}
+
+void ServerLocationForm::refresh(const AmbrelAppState &state)
+{
+    m_discoverable->setChecked(state.discoverable);
+    m_goLive->setText(state.isLive ? QStringLiteral("Refresh") : QStringLiteral("Go Live"));
+    m_checkServer->setText(state.isBusy ? QStringLiteral("Checking...") : QStringLiteral("Check Server"));
+    m_checkServer->setDisabled(state.isBusy);
+    m_serverStatus->setText(state.serverStatusText);
+    m_betaStatus->setText(state.betaStatusText);
+}
+
+} // namespace ambrel

@@ -1,0 +1,141 @@
+#include "ui/SidebarView.h"
+
+#include "ui/AccountForm.h"
+#include "ui/AmbrelLogo.h"
+#include "ui/FormLayout.h"
+#include "ui/Painting.h"
+#include "ui/ServerLocationForm.h"
+#include "ui/Theme.h"
+#include "ui/ViewEnvironment.h"
+
+#include <QScrollArea>
+#include <QScrollBar>
+
+namespace ambrel {
+
+namespace {
+
+/// What scrolls: the whole column. It draws the shadow that the mark casts on it.
+class SidebarColumn : public QWidget
+{
+public:
+    explicit SidebarColumn(QWidget *parent)
+        : QWidget(parent), m_logo(new AmbrelLogo(theme::sidebarLogoSize, false, this))
+    {
+    }
+
+    QHBoxLayout *makeHeader()
+    {
+        auto *const name = new QLabel(QStringLiteral("Ambrel"), this);
+        name->setFont(theme::font(theme::TextStyle::Wordmark));
+        auto *const tagline = new QLabel(QStringLiteral("Dating IRL"), this);
+        QPalette colors = tagline->palette();
+        colors.setColor(QPalette::WindowText, theme::secondaryText);
+        tagline->setPalette(colors);
+
+        auto *const lines = new QVBoxLayout; // owned by the header
+        lines->setSpacing(theme::sidebarTitleSpacing);
+        lines->addWidget(name);
+        lines->addWidget(tagline);
+        auto *const header = new QHBoxLayout; // owned by the column
+        header->setSpacing(theme::sidebarHeaderSpacing);
+        header->addWidget(m_logo);
+        header->addLayout(lines);
+        header->addStretch();
+        return header;
+    }
+
+protected:
+    void paintEvent(QPaintEvent *) override
+    {
+        QPainter painter(this);
+        m_logo->paintShadow(painter);
+    }
+
+private:
+    AmbrelLogo *const m_logo;
+};
+
+/// Keeps the column as wide as it is while a scroll bar takes some of its right padding.
+void keepPadding(QVBoxLayout &column, QScrollArea &area)
+{
+    const auto *const bar = area.verticalScrollBar();
+    const auto setPadding = [&column](int barThickness) {
+        const int padding = theme::sidebarPadding;
+        column.setContentsMargins(padding, padding, padding - barThickness, padding);
+    };
+    setPadding(0);
+    QObject::connect(bar, &QScrollBar::rangeChanged, &area, [setPadding](int minimum, int maximum) {
+        setPadding(maximum > minimum ? theme::scrollBarThickness : 0);
+    });
+}
+
+} // namespace
+
+SidebarView::SidebarView(QWidget *parent) : QWidget(parent)
+{
+    auto *const area = new QScrollArea(this);
+    area->setFrameShape(QFrame::NoFrame);
+    area->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    area->setWidgetResizable(true);
+    area->setFocusPolicy(Qt::NoFocus);
+    area->viewport()->setAutoFillBackground(false);
+
+    auto *const content = new SidebarColumn(area);
+    m_account = new AccountForm(content);
+    m_serverLocation = new ServerLocationForm(content);
+    m_status = makeCaption({}, *content);
+    m_status->setFont(theme::font(theme::TextStyle::Footnote));
+    m_status->setAccessibleDescription(QStringLiteral("Status"));
+
+    auto *const column = new QVBoxLayout(content);
+    column->setSpacing(theme::sidebarSpacing);
+    column->addLayout(content->makeHeader());
+    column->addWidget(m_account);
+    column->addWidget(m_serverLocation);
+    column->addStretch();
+    column->addWidget(m_status);
+    keepPadding(*column, *area);
+    area->setWidget(content);
+    content->setAutoFillBackground(false); // the area would fill it
+
+    auto *const whole = new QVBoxLayout(this);
+    whole->setContentsMargins(0, 0, 0, 0);
+    whole->addWidget(area);
+    setFixedWidth(theme::sidebarWidth);
+
+    connect(&ViewEnvironment::of(*this), &ViewEnvironment::stateDidChange, this, &SidebarView::refresh);
+    refresh();
+}
+
+void SidebarView::refresh()
+{
+    const auto &state = ViewEnvironment::of(*this).state();
+    showBusy(state);
+    m_status->setText(state.statusText);
+}
+
+void SidebarView::showBusy(const AmbrelAppState &state)
+{
+    // A button that is disabled loses the focus; it gets it back unless the user has gone elsewhere meanwhile.
+    const QPointer<QWidget> before = window()->focusWidget();
+    m_account->setBusy(state.isBusy);
+    m_serverLocation->refresh(state);
+    QWidget *const after = window()->focusWidget();
+    if (state.isBusy && before && before != after) {
+        m_focusBeforeBusy = before;
+        m_focusWhileBusy = after;
+    } else if (!state.isBusy && m_focusBeforeBusy) {
+        if (after == m_focusWhileBusy)
+            m_focusBeforeBusy->setFocus();
+        m_focusBeforeBusy.clear();
+    }
+}
+
+void SidebarView::paintEvent(QPaintEvent *)
+{
+    QPainter painter(this);
+    fillRounded(painter, rect(), theme::regularMaterial);
+}
+
+} // namespace ambrel

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <QPointer>
+#include <QWidget>
+
+class QLabel;
+class QScrollArea;
+
+namespace ambrel {
+
+class AccountForm;
+class AmbrelAppState;
+class ServerLocationForm;
+
+/// The column of forms at the left of the window, with the brand above and the status line below. Scrolls when the
+/// window is too low for it.
+class SidebarView : public QWidget
+{
+    Q_OBJECT
+
+public:
+    /// `parent` must stand in a view environment.
+    explicit SidebarView(QWidget *parent);
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    void refresh();
+    void showBusy(const AmbrelAppState &state);
+
+    AccountForm *m_account = nullptr;
+    ServerLocationForm *m_serverLocation = nullptr;
+    QLabel *m_status = nullptr;
+    QPointer<QWidget> m_focusBeforeBusy; ///< the button that lost the focus by being disabled
+    QPointer<QWidget> m_focusWhileBusy;  ///< where the focus went instead
+};
+
+} // namespace ambrel
