@@ -1,0 +1,122 @@
+#include "FlowFixture.h"
+
+#include <QElapsedTimer>
+
+using namespace ambrel;
+using namespace std::chrono_literals;
+
+class SeeMeInboxTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void firstOfTwoMessagesIsShownWithOneSound()
+    {
+        FlowFixture fixture;
+        fixture.answerInbox({messageWith(QStringLiteral("m1")), messageWith(QStringLiteral("m2"))});
+        fixture.run(fixture.state.pollSeeMe());
+        QCOMPARE(fixture.state.incomingSeeMe.value(), messageWith(QStringLiteral("m1")));
+        QCOMPARE(fixture.sound.count, 1);
+        QCOMPARE(fixture.server.requests().first().target, QByteArray("/api/see-me/me?deviceId=mac-1"));
+    }
+
+    void sameMessageTwiceIsSetTwiceAndSoundsTwice()
+    {
+        FlowFixture fixture;
+        fixture.answerInbox({messageWith(QStringLiteral("m1"))});
+        fixture.run(fixture.state.pollSeeMe());
+        fixture.state.incomingSeeMe = std::nullopt;
+        fixture.run(fixture.state.pollSeeMe());
+        QCOMPARE(fixture.state.incomingSeeMe.value(), messageWith(QStringLiteral("m1")));
+        QCOMPARE(fixture.sound.count, 2);
+    }
+
+    void emptyReplyLeavesTheEarlierMessage()
+    {
+        FlowFixture fixture;
+        fixture.answerInbox({messageWith(QStringLiteral("m1"))});
+        fixture.run(fixture.state.pollSeeMe());
+        fixture.answerInbox({});
+        fixture.run(fixture.state.pollSeeMe());
+        QCOMPARE(fixture.state.incomingSeeMe.value(), messageWith(QStringLiteral("m1")));
+        QCOMPARE(fixture.sound.count, 1);
+    }
+
+    void flashLastsThreeAndAHalfSeconds()
+    {
+        FlowFixture fixture; // the real duration
+        QElapsedTimer timer;
+        timer.start();
+        fixture.state.flashSeeMeLogo();
+        QVERIFY(fixture.state.showSeeMeFlash);
+        QTRY_VERIFY_WITH_TIMEOUT(!fixture.state.showSeeMeFlash, 10'000);
+        QVERIFY2(timer.elapsed() >= 3500, qPrintable(QString::number(timer.elapsed())));
+        QCOMPARE(fixture.sound.count, 0);
+    }
+
+    void secondFlashDoesNotExtendTheFirst()
+    {
+        FlowFixture fixture({1h, 1h, 200ms});
+        QList<bool> changes;
+        bool last = false;
+        QElapsedTimer timer;
+        const auto note = [&] {
+            const bool now = fixture.state.showSeeMeFlash;
+            if (now != last)
+                changes += now;
+            last = now;
+        };
+        QObject::connect(&fixture.state, &AmbrelAppState::objectWillChange, &fixture.state, note);
+        timer.start();
+        fixture.state.flashSeeMeLogo();
+        QTRY_VERIFY(timer.elapsed() >= 100);
+        fixture.state.flashSeeMeLogo();
+        const qint64 second = timer.elapsed();
+        QTRY_VERIFY(!fixture.state.showSeeMeFlash);
+        QVERIFY2(timer.elapsed() - second < 200, "the second flash has extended the first");
+        QTRY_VERIFY(timer.elapsed() - second > 250);
+        note();
+        QCOMPARE(changes, (QList<bool>{true, false}));
+    }
+
+    void failedPollShowsTheErrorAndKeepsTheMessage()
+    {
+        FlowFixture fixture;
+        fixture.server.on("GET", "/api/see-me/me", ScriptedReply::answer(502, "<html>"));
+        fixture.state.incomingSeeMe = messageWith(QStringLiteral("m0"));
+        fixture.run(fixture.state.pollSeeMe());
+        QCOMPARE(fixture.state.statusText.value(), QStringLiteral("Server returned 502."));
+        QCOMPARE(fixture.state.incomingSeeMe.value(), messageWith(QStringLiteral("m0")));
+        QCOMPARE(fixture.sound.count, 0);
+    }
+
+    void notSignedInPollsNothing()
+    {
+        FlowFixture fixture;
+        fixture.state.userId = QString();
+        fixture.run(fixture.state.pollSeeMe());
+        QCOMPARE(fixture.server.requests().size(), 0);
+        QCOMPARE(fixture.state.statusText.value(), QStringLiteral("Ready."));
+    }
+
+    void pollsFollowEachOtherWhileLive()
+    {
+        FlowFixture fixture({1h, 20ms, 1h});
+        fixture.answerEverything();
+        fixture.state.startLive();
+        QTRY_VERIFY(fixture.server.count("GET", "/api/see-me/me") >= 4);
+        QCOMPARE(fixture.server.count("POST", "/api/location"), 1);
+    }
+
+    void pauseDoesNotEndAFlash()
+    {
+        FlowFixture fixture({1h, 1h, 100ms});
+        fixture.state.flashSeeMeLogo();
+        fixture.state.stopLive();
+        QVERIFY(fixture.state.showSeeMeFlash);
+        QTRY_VERIFY(!fixture.state.showSeeMeFlash);
+    }
+};
+
+QTEST_GUILESS_MAIN(SeeMeInboxTest)
+#include "SeeMeInboxTest.moc"
