@@ -50,9 +50,9 @@ inline const QColor fieldBackground = Qt::white;
 inline const QColor fieldBorder = QColor::fromRgbF(0.0F, 0.0F, 0.0F, 0.2F);
 inline const QColor fieldBorderHovered = QColor::fromRgbF(0.0F, 0.0F, 0.0F, 0.36F);
 inline const QColor editorOutline = QColor::fromRgbF(0.0F, 0.0F, 0.0F, 0.15F);
-inline const QColor groupBoxFill = QColor::fromRgbF(1.0F, 1.0F, 1.0F, 0.3F);
-inline const QColor groupBoxBorder = QColor::fromRgbF(0.0F, 0.0F, 0.0F, 0.08F);
-inline const QColor divider = QColor::fromRgbF(0.35F, 0.26F, 0.235F, 0.35F);
+inline const QColor groupBoxFill = QColor::fromRgbF(0.72F, 0.38F, 0.24F, 0.09F);
+inline const QColor groupBoxBorder = QColor::fromRgbF(0.45F, 0.2F, 0.12F, 0.12F);
+inline const QColor divider = QColor::fromRgbF(0.55F, 0.36F, 0.29F, 0.35F);
 inline const QColor scrollBarHandle = QColor::fromRgbF(0.35F, 0.26F, 0.235F, 0.4F);
 inline const QColor scrollBarHandleHovered = QColor::fromRgbF(0.35F, 0.26F, 0.235F, 0.7F);
 
@@ -165,6 +165,7 @@ inline constexpr std::chrono::milliseconds flashFlipInterval{450};
 inline constexpr std::chrono::milliseconds flashFadeDuration{180};
 inline constexpr int alertWidth = 320;
 inline constexpr int alertPadding = 20;
+inline constexpr qreal alertRadius = 12;
 inline constexpr int alertSpacing = 12;
 
 /// The type scale. Titles come in the weight in which they are used everywhere.

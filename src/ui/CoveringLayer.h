@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QWidget>
+
+namespace ambrel {
+
+/// Lies over all of its parent, keeps clicks and the wheel from what is beneath, and lets Tab move only within the
+/// layers of that parent.
+class CoveringLayer : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit CoveringLayer(QWidget *parent);
+
+    /// Puts the focus where this layer's keys are handled.
+    virtual void takeFocus() = 0;
+
+protected:
+    bool event(QEvent *event) override;
+    bool eventFilter(QObject *watched, QEvent *event) override;
+    bool focusNextPrevChild(bool next) override;
+
+private:
+    QList<QWidget *> tabStops();
+};
+
+} // namespace ambrel

@@ -1,0 +1,36 @@
+#include "ui/LivePill.h"
+
+#include "ui/Painting.h"
+#include "ui/Theme.h"
+
+namespace ambrel {
+
+LivePill::LivePill(bool isLive, QWidget *parent) : QLabel(parent), m_isLive(!isLive)
+{
+    setFont(theme::font(theme::TextStyle::CaptionBold));
+    setAlignment(Qt::AlignCenter);
+    setContentsMargins(theme::pillHorizontalPadding, theme::pillVerticalPadding, theme::pillHorizontalPadding,
+                       theme::pillVerticalPadding);
+    setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+    setLive(isLive);
+}
+
+void LivePill::setLive(bool isLive)
+{
+    if (std::exchange(m_isLive, isLive) == isLive)
+        return;
+    QPalette colors = palette();
+    colors.setColor(QPalette::WindowText, isLive ? QColor(Qt::white) : theme::secondaryText);
+    setPalette(colors);
+    setText(isLive ? QStringLiteral("LIVE") : QStringLiteral("PAUSED"));
+}
+
+void LivePill::paintEvent(QPaintEvent *event)
+{
+    QPainter painter(this);
+    fillRounded(painter, rect(), m_isLive ? theme::livePill : theme::pausedPill, height() / 2.0);
+    painter.end();
+    QLabel::paintEvent(event);
+}
+
+} // namespace ambrel

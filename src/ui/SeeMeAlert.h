@@ -1,0 +1,42 @@
+#pragma once
+
+#include "ui/CoveringLayer.h"
+
+#include <functional>
+
+class QLabel;
+
+namespace ambrel {
+
+class AmbrelPrimaryButton;
+
+/// The sheet that shows an incoming See Me message above the dimmed window until the user dismisses it.
+class SeeMeAlert : public CoveringLayer
+{
+    Q_OBJECT
+
+public:
+    /// Shown at once over all of `parent`. `onDismiss` is called for the button, Escape and Enter.
+    SeeMeAlert(const QString &message, std::function<void()> onDismiss, QWidget *parent);
+
+    /// Shows a newer message in place. Plain text; may be empty.
+    void setMessage(const QString &message);
+    void takeFocus() override;
+
+Q_SIGNALS:
+    /// A click beside the sheet. The alert itself stays.
+    void clickedBeside();
+
+protected:
+    void keyPressEvent(QKeyEvent *event) override;
+    void mouseReleaseEvent(QMouseEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    const std::function<void()> m_onDismiss;
+    QWidget *const m_sheet;
+    QLabel *const m_message;
+    AmbrelPrimaryButton *const m_dismiss;
+};
+
+} // namespace ambrel

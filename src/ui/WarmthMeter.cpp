@@ -1,0 +1,49 @@
+#include "ui/WarmthMeter.h"
+
+#include "state/MatchProximity.h"
+#include "ui/AmbrelLogo.h"
+#include "ui/Isolated.h"
+#include "ui/Painting.h"
+#include "ui/Theme.h"
+
+#include <QLabel>
+#include <QVBoxLayout>
+
+namespace ambrel {
+
+WarmthMeter::WarmthMeter(QWidget *parent)
+    : QWidget(parent), m_logo(new AmbrelLogo(theme::meterLogoSize, false, this)), m_headline(new QLabel(this)),
+      m_line(new QLabel(this))
+{
+    m_headline->setFont(theme::font(theme::TextStyle::Title2));
+    m_headline->setAlignment(Qt::AlignCenter);
+    m_line->setTextFormat(Qt::PlainText);
+    m_line->setAlignment(Qt::AlignCenter);
+
+    auto *const column = new QVBoxLayout(this);
+    const int padding = theme::panelPadding;
+    column->setContentsMargins(padding, padding, padding, padding);
+    column->setSpacing(theme::meterSpacing);
+    column->addWidget(m_logo, 0, Qt::AlignHCenter);
+    column->addWidget(m_headline);
+    column->addWidget(m_line);
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    setMatch({});
+}
+
+void WarmthMeter::setMatch(const std::optional<MatchResult> &match)
+{
+    m_headline->setText(match ? heatLabel(*match) : QStringLiteral("Searching"));
+    m_line->setText(match ? isolated(match->displayName) + QStringLiteral(" is ") + friendlyDistance(*match) +
+                                QStringLiteral(" away")
+                          : QStringLiteral("Go live to look for a match."));
+}
+
+void WarmthMeter::paintEvent(QPaintEvent *)
+{
+    QPainter painter(this);
+    fillRounded(painter, rect(), theme::ultraThinMaterial);
+    m_logo->paintShadow(painter);
+}
+
+} // namespace ambrel
