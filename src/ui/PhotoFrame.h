@@ -1,0 +1,72 @@
+#pragma once
+
+#include "model/PhotoText.h"
+#include "model/ResponseRecords.h"
+
+#include <QImage>
+#include <QWidget>
+#include <memory>
+#include <optional>
+
+namespace ambrel {
+
+struct PhotoOrder;
+struct LoadedPhoto;
+
+/// A rounded frame with one photo in it, or the lock placeholder. The photo is decoded off the main thread for the
+/// size of the frame: a new person's frame stays plain until then, and while one person's photo changes the old one
+/// stays. Equal photos, however they came, are neither decoded nor painted again. Needs a view environment.
+class PhotoFrame : public QWidget
+{
+    Q_OBJECT
+
+public:
+    /// What a frame without a photo shows: the symbol of a person and, if not empty, words beneath it.
+    struct Placeholder
+    {
+        int symbolSize = 0; ///< none when 0
+        QString words;
+    };
+
+    PhotoFrame(Placeholder placeholder, QWidget *parent);
+    ~PhotoFrame() override;
+
+    /// Shows the first photo of `match`, as far as its heat level allows.
+    void setMatch(const MatchResult &match);
+    /// Shows this photo of a person, or the placeholder for nothing.
+    void setPhoto(const QString &personId, const QString &personName, const std::optional<PhotoText> &photo);
+    /// True when there is no photo to be seen: none given, or its text is no photo.
+    bool isLocked() const { return m_content == Content::Placeholder; }
+
+Q_SIGNALS:
+    /// The frame shows something else.
+    void contentChanged();
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
+    void showEvent(QShowEvent *event) override;
+
+private:
+    enum class Content { Nothing, Photo, Placeholder };
+
+    QSize devicePixels() const;
+    void orderPhoto();
+    void receive(const LoadedPhoto &loaded);
+    void setContent(Content content, const QImage &image = {});
+    void updateAccessibleName();
+    void paintPlaceholder(QPainter &painter) const;
+
+    const Placeholder m_placeholder;
+    QString m_personId;
+    QString m_personName;
+    std::optional<PhotoText> m_photo; // the newest text, so that no older reply is kept alive
+    std::shared_ptr<const PhotoOrder> m_order;
+
+    Content m_content = Content::Nothing;
+    QImage m_image;
+    std::optional<PhotoText> m_shown; // the text that the content came of
+    QSize m_shownFrame;               // device pixels
+};
+
+} // namespace ambrel

@@ -1,0 +1,143 @@
+#include "ui/ProfilePanel.h"
+
+#include "state/MatchProximity.h"
+#include "toolkit/WrappedLabel.h"
+#include "ui/LargeProfilePhoto.h"
+#include "ui/MatchTexts.h"
+#include "ui/NoProfile.h"
+#include "ui/Painting.h"
+#include "ui/PhotoStrip.h"
+#include "ui/TextStyling.h"
+
+#include <QEvent>
+#include <QPainter>
+#include <QScrollArea>
+#include <QScrollBar>
+#include <QVBoxLayout>
+#include <utility>
+
+namespace ambrel {
+
+namespace {
+
+/// How close the user must come to see more.
+QString unlockNote(const MatchResult &match)
+{
+    if (!isPhotoVisible(match))
+        return QStringLiteral("Profile photo unlocks within 1/2 mile.");
+    if (match.heatLevel == QLatin1String("AMBREL"))
+        return QStringLiteral("Photo opens within 200 m.");
+    if (match.heatLevel == QLatin1String("HOT"))
+        return QStringLiteral("More photos unlock within 100 m.");
+    return QStringLiteral("All available photos are unlocked.");
+}
+
+WrappedLabel *makeLabel(QWidget *parent, theme::TextStyle style, const QColor &color = theme::primaryText)
+{
+    auto *const label = new WrappedLabel({}, parent);
+    styleText(*label, style, color);
+    return label;
+}
+
+} // namespace
+
+ProfilePanel::ProfilePanel(QWidget *parent) : QWidget(parent), m_scrollArea(new QScrollArea(this))
+{
+    setFixedWidth(theme::profilePanelWidth);
+    m_scrollArea->setFrameShape(QFrame::NoFrame);
+    m_scrollArea->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    m_scrollArea->setWidgetResizable(true);
+    m_scrollArea->setWidget(makeContent());
+    m_scrollArea->widget()->setAutoFillBackground(false);
+    m_scrollArea->viewport()->setAutoFillBackground(false);
+    m_scrollArea->installEventFilter(this);
+    // A stop for Tab only while there is something to scroll.
+    QScrollBar *const bar = m_scrollArea->verticalScrollBar();
+    const auto updateFocusPolicy = [this, bar] {
+        m_scrollArea->setFocusPolicy(bar->maximum() > 0 ? Qt::StrongFocus : Qt::NoFocus);
+    };
+    connect(bar, &QScrollBar::rangeChanged, this, updateFocusPolicy);
+    updateFocusPolicy();
+
+    auto *const layout = new QVBoxLayout(this);
+    layout->setContentsMargins({});
+    layout->addWidget(m_scrollArea);
+    setMatch({});
+}
+
+QWidget *ProfilePanel::makeContent()
+{
+    auto *const content = new QWidget(this);
+    auto *const title = makeLabel(content, theme::TextStyle::Title);
+    title->setText(QStringLiteral("Profile"));
+    m_details = makeDetails();
+    m_noProfile = new NoProfile(content);
+
+    // The scroll bar comes and goes within the padding, so that the column keeps its width.
+    const int padding = theme::panelPadding;
+    content->setFixedWidth(theme::profilePanelWidth - theme::scrollBarThickness);
+    auto *const column = new QVBoxLayout(content);
+    column->setContentsMargins(padding, padding, padding - theme::scrollBarThickness, padding);
+    column->setSpacing(theme::profileSpacing);
+    column->addWidget(title);
+    column->addWidget(m_details, 1);
+    column->addWidget(m_noProfile, 1);
+    return content;
+}
+
+QWidget *ProfilePanel::makeDetails()
+{
+    auto *const details = new QWidget(this);
+    m_photo = new LargeProfilePhoto(details);
+    m_name = makeLabel(details, theme::TextStyle::Title2);
+    m_heat = makeLabel(details, theme::TextStyle::Body, theme::secondaryText);
+    m_bio = makeLabel(details, theme::TextStyle::Body);
+    m_bio->setShowsEverything(true);
+    m_strip = new PhotoStrip(details);
+    m_note = makeLabel(details, theme::TextStyle::Caption, theme::secondaryText);
+
+    auto *const column = new QVBoxLayout(details);
+    column->setContentsMargins({});
+    column->setSpacing(theme::profileSpacing);
+    for (QWidget *const widget : std::initializer_list<QWidget *>{m_photo, m_name, m_heat, m_bio, m_strip})
+        column->addWidget(widget);
+    column->addStretch();
+    column->addWidget(m_note);
+    return details;
+}
+
+void ProfilePanel::setMatch(const std::optional<MatchResult> &match)
+{
+    m_details->setVisible(match.has_value());
+    m_noProfile->setVisible(!match.has_value());
+    const MatchResult shown = match.value_or(MatchResult());
+    if (std::exchange(m_userId, shown.userId) != shown.userId)
+        m_scrollArea->verticalScrollBar()->setValue(0);
+
+    const QList<PhotoText> photos = visiblePhotos(shown);
+    const bool hasStrip = photos.size() >= 2;
+    m_photo->setMatch(shown);
+    m_name->setText(shown.displayName);
+    m_heat->setText(heatAndDistance(shown));
+    m_bio->setText(bioText(shown));
+    m_strip->setPhotos(shown.userId, shown.displayName, hasStrip ? photos : QList<PhotoText>());
+    m_strip->setVisible(hasStrip);
+    m_note->setText(unlockNote(shown));
+}
+
+bool ProfilePanel::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() == QEvent::FocusIn || event->type() == QEvent::FocusOut)
+        update();
+    return QWidget::eventFilter(watched, event);
+}
+
+void ProfilePanel::paintEvent(QPaintEvent *)
+{
+    QPainter painter(this);
+    fillRounded(painter, rect(), theme::regularMaterial);
+    if (m_scrollArea->hasFocus())
+        strokeFocusRing(painter, rect());
+}
+
+} // namespace ambrel
