@@ -74,8 +74,15 @@ QString sentenceFor(CURLcode code)
 
 QString connectSentenceFor(long systemError)
 {
-    const bool isOffline = systemError == ENETUNREACH || systemError == ENETDOWN;
-    return QString::fromLatin1(isOffline ? offline : connectFailed);
+    switch (systemError) {
+    case ENETUNREACH:
+    case ENETDOWN:
+        return QString::fromLatin1(offline);
+    case ECONNRESET: // it was there for a moment
+        return QString::fromLatin1(connectionLost);
+    default:
+        return QString::fromLatin1(connectFailed);
+    }
 }
 
 } // namespace ambrel

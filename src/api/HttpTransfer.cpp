@@ -13,6 +13,8 @@ namespace {
 constexpr int mostHops = 20;
 /// A refusal is read this far: more than any error text, less than a flood.
 constexpr std::size_t largestRefusal = std::size_t{1024} * 1024;
+/// The headers of all hops together.
+constexpr std::size_t largestHead = std::size_t{256} * 1024;
 /// An answer that inflates beyond both is a bomb: JSON with photos stays below 2 to 1, without them below 30 to 1.
 constexpr std::size_t bombSize = std::size_t{32} * 1024 * 1024;
 constexpr std::size_t bombRatio = 100;
@@ -100,8 +102,12 @@ CURL *HttpTransfer::prepare()
     }
 
     set(CURLOPT_BUFFERSIZE, 512L * 1024);
+    set(CURLOPT_SUPPRESS_CONNECT_HEADERS, 1L);
+    set(CURLOPT_HEADERFUNCTION, &HttpTransfer::receiveHeader);
+    set(CURLOPT_HEADERDATA, this);
     set(CURLOPT_WRITEFUNCTION, &HttpTransfer::receiveBody);
     set(CURLOPT_WRITEDATA, this);
+    m_hasHead = false;
     touch();
     return m_handle;
 }
@@ -111,7 +117,7 @@ bool HttpTransfer::followRedirect(CURLcode code)
     const char *location = nullptr;
     curl_easy_getinfo(m_handle, CURLINFO_REDIRECT_URL, &location);
     const long status = number(CURLINFO_RESPONSE_CODE);
-    if (code != CURLE_OK || !isRedirect(status) || !location)
+    if (code != CURLE_OK || !m_hasHead || !isRedirect(status) || !location)
         return false;
 
     const QByteArray target(location);
@@ -135,6 +141,8 @@ bool HttpTransfer::followRedirect(CURLcode code)
 
 void HttpTransfer::finish(CURLcode code)
 {
+    if (code == CURLE_OK && !m_hasHead)
+        code = CURLE_PARTIAL_FILE; // libcurl takes a connection that ends among the headers for an answer
     const auto status = static_cast<int>(m_handle ? number(CURLINFO_RESPONSE_CODE) : 0);
     // A connection that ends after an interim answer has answered with that.
     const bool onlyInterim = code == CURLE_GOT_NOTHING && status > 100 && status < 200;
@@ -159,14 +167,33 @@ QString HttpTransfer::failureSentence(CURLcode code) const
     return sentenceFor(code);
 }
 
+std::size_t HttpTransfer::receiveHeader(char *data, std::size_t size, std::size_t count, void *self)
+{
+    const std::string_view line(data, size * count);
+    return static_cast<HttpTransfer *>(self)->acceptHeader(line) ? line.size() : 0;
+}
+
+/// Watches the headers go by; false ends the exchange.
+bool HttpTransfer::acceptHeader(std::string_view line)
+{
+    m_headSize += line.size();
+    if (m_headSize > largestHead)
+        refuse(sentenceFor(CURLE_FILESIZE_EXCEEDED));
+    if (line.starts_with("HTTP/"))
+        m_hasHead = false; // what came before was an interim answer
+    else if (line == "\r\n" || line == "\n")
+        m_hasHead = true;
+    return !m_refusal;
+}
+
 std::size_t HttpTransfer::receiveBody(char *data, std::size_t size, std::size_t count, void *self)
 {
     const std::string_view more(data, size * count);
-    return static_cast<HttpTransfer *>(self)->accept(more) ? more.size() : 0;
+    return static_cast<HttpTransfer *>(self)->acceptBody(more) ? more.size() : 0;
 }
 
 /// Keeps the next bytes of the body; false ends the exchange.
-bool HttpTransfer::accept(std::string_view more)
+bool HttpTransfer::acceptBody(std::string_view more)
 {
     try {
         if (!m_answer)

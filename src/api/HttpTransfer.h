@@ -47,8 +47,10 @@ public:
     void finish(CURLcode code);
 
 private:
+    static std::size_t receiveHeader(char *data, std::size_t size, std::size_t count, void *self);
     static std::size_t receiveBody(char *data, std::size_t size, std::size_t count, void *self);
-    bool accept(std::string_view more);
+    bool acceptHeader(std::string_view line);
+    bool acceptBody(std::string_view more);
     void makeRoom();
     void refuse(const QString &sentence) { m_refusal = sentence; }
     long number(CURLINFO info) const;
@@ -70,6 +72,8 @@ private:
     Clock::time_point m_lastSign;
 
     // the answer
+    std::size_t m_headSize = 0;
+    bool m_hasHead = false; ///< the headers have come to their end
     std::shared_ptr<Bytes> m_answer;
     bool m_isCut = false;             ///< a refusal whose body was not read to the end
     std::optional<QString> m_refusal; ///< why this client ended the exchange
