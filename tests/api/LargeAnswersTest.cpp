@@ -1,0 +1,170 @@
+#include "api/AmbrelAPI.h"
+#include "api/Awaited.h"
+#include "api/HttpSession.h"
+#include "api/HttpTransfer.h"
+#include "support/ScriptedServer.h"
+
+#include <QFile>
+#include <QProcess>
+#include <QTest>
+
+using namespace ambrel;
+
+namespace {
+
+constexpr std::size_t megabyte = 1024 * 1024;
+
+const QByteArray chunkedHead = ScriptedReply::head(200, {"Transfer-Encoding: chunked"});
+
+/// 64 KiB as one chunk.
+QByteArray chunk()
+{
+    return "10000\r\n" + QByteArray(65536, ' ') + "\r\n";
+}
+
+QByteArray gzipped(const QByteArray &command)
+{
+    QProcess shell;
+    shell.start(QStringLiteral("sh"), {QStringLiteral("-c"), QString::fromLatin1(command + " | gzip -c")});
+    shell.waitForFinished(60'000);
+    return shell.readAllStandardOutput();
+}
+
+/// A line of /proc/self/status, in bytes.
+std::size_t memory(const QByteArray &name)
+{
+    QFile status(QStringLiteral("/proc/self/status"));
+    if (!status.open(QIODevice::ReadOnly))
+        return 0;
+    for (const QByteArray &line : status.readAll().split('\n')) {
+        if (line.startsWith(name + ':'))
+            return line.mid(name.size() + 1).trimmed().split(' ').first().toULongLong() * 1024;
+    }
+    return 0;
+}
+
+/// Lets the peak of the resident memory begin anew.
+void forgetMemoryPeak()
+{
+    QFile reset(QStringLiteral("/proc/self/clear_refs"));
+    QVERIFY(reset.open(QIODevice::WriteOnly) && reset.write("5") == 1);
+}
+
+QString failureOn(const ScriptedReply &reply)
+{
+    ScriptedServer server;
+    server.on("GET", "/health", reply);
+    return failureOf(AmbrelAPI(server.url()).health());
+}
+
+} // namespace
+
+class LargeAnswersTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void cleanup() { HttpSession::shared().setLargestAnswer(TransferLimits().largestAnswer); }
+    void anAnswerMayHave512MiB();
+    void anEndlessAnswerIsTooLarge();
+    void anAnswerThatAnnouncesTooMuchIsNotReceived();
+    void aRefusalWithAnEndlessBodyShowsItsStatus();
+    void aLongRefusalIsShownWhole();
+    void endlessHeadersEnd();
+    void aLargeAnswerArrivesWhole_data();
+    void aLargeAnswerArrivesWhole();
+    void aZippedBombIsUnreadableAndStaysSmall();
+    void badGzipIsUnreadable();
+};
+
+void LargeAnswersTest::anAnswerMayHave512MiB()
+{
+    QCOMPARE(TransferLimits().largestAnswer, 512 * megabyte);
+}
+
+void LargeAnswersTest::anEndlessAnswerIsTooLarge()
+{
+    HttpSession::shared().setLargestAnswer(8 * megabyte);
+    QCOMPARE(failureOn(ScriptedReply().send(chunkedHead).flood(chunk())),
+             transport("The server's answer is too large."));
+}
+
+void LargeAnswersTest::anAnswerThatAnnouncesTooMuchIsNotReceived()
+{
+    const QByteArray head = ScriptedReply::head(200, {"Content-Length: 900000000000"});
+    QCOMPARE(failureOn(ScriptedReply().send(head + "{").hang()), transport("The server's answer is too large."));
+}
+
+void LargeAnswersTest::aRefusalWithAnEndlessBodyShowsItsStatus()
+{
+    const QByteArray head = ScriptedReply::head(503, {"Transfer-Encoding: chunked"});
+    QCOMPARE(failureOn(ScriptedReply().send(head).flood(chunk())),
+             QStringLiteral("AmbrelAPIError: Server returned 503."));
+}
+
+void LargeAnswersTest::aLongRefusalIsShownWhole()
+{
+    const QByteArray text(500'000, 'x');
+    QCOMPARE(failureOn(ScriptedReply::json("{\"error\":\"" + text + "\"}", 400)),
+             QStringLiteral("AmbrelAPIError: ") + QString::fromLatin1(text));
+}
+
+void LargeAnswersTest::endlessHeadersEnd()
+{
+    const QByteArray line = "X-Filler: " + QByteArray(1000, 'x') + "\r\n";
+    const QString failure = failureOn(ScriptedReply().send("HTTP/1.1 200 OK\r\n").flood(line));
+    QCOMPARE(failure, transport("The server's answer is too large."));
+}
+
+void LargeAnswersTest::aLargeAnswerArrivesWhole_data()
+{
+    QTest::addColumn<bool>("announced");
+    QTest::newRow("with its length") << true;
+    QTest::newRow("in chunks") << false;
+}
+
+void LargeAnswersTest::aLargeAnswerArrivesWhole()
+{
+    QFETCH(const bool, announced);
+    const QByteArray photo = "data:image/jpeg;base64," + QByteArray(20'000'000, 'A');
+    const QByteArray body = R"({"active":true,"seeMeMessages":[],"matches":[{"userId":"m","displayName":"M",)"
+                            R"("distanceMeters":1,"aToB":2,"bToA":3,"heatLevel":"AMBREL","profilePhotos":[],)"
+                            R"("profilePhoto":")" +
+                            photo + "\"}]}";
+    const QByteArray inChunks = chunkedHead + QByteArray::number(body.size(), 16) + "\r\n" + body + "\r\n0\r\n\r\n";
+    ScriptedServer server;
+    server.on("GET", "/api/check/u",
+              announced ? ScriptedReply::json(body) : ScriptedReply(ScriptedReply().send(inChunks)));
+    const auto answer = recordOf(AmbrelAPI(server.url()).check(QStringLiteral("u"), QStringLiteral("d")));
+    QVERIFY(answer);
+    QCOMPARE(answer->matches.first().profilePhoto->view(), std::string_view(photo.data(), photo.size()));
+}
+
+void LargeAnswersTest::aZippedBombIsUnreadableAndStaysSmall()
+{
+    const QByteArray bomb = gzipped("head -c 200000000 /dev/zero");
+    QVERIFY(bomb.size() > 100'000);
+    ScriptedServer server;
+    server.on("GET", "/health", ScriptedReply::answer(200, bomb, {"Content-Encoding: gzip"}));
+    const std::size_t before = memory("VmRSS");
+    forgetMemoryPeak();
+    QCOMPARE(failureOf(AmbrelAPI(server.url()).health()), transport("The server's answer could not be read."));
+    QVERIFY(before > 0);
+    QVERIFY2(memory("VmHWM") < before + 100 * megabyte, qPrintable(QString::number(memory("VmHWM") - before)));
+}
+
+void LargeAnswersTest::badGzipIsUnreadable()
+{
+    const QByteArray good = gzipped("printf '{\"ok\":true}'");
+    const auto zipped = [](const QByteArray &body) {
+        return ScriptedReply::answer(200, body, {"Content-Encoding: gzip"});
+    };
+    QCOMPARE(failureOn(zipped(good)), QString());
+    const QString unreadable = transport("The server's answer could not be read.");
+    QCOMPARE(failureOn(zipped("this is no gzip at all")), unreadable);
+    QCOMPARE(failureOn(zipped(good.left(12) + "\xff\xff\xff\xff" + good.mid(16))), unreadable);
+    QCOMPARE(failureOn(ScriptedReply::answer(200, good, {"Content-Encoding: unheard-of"})), unreadable);
+}
+
+QTEST_GUILESS_MAIN(LargeAnswersTest)
+#include "LargeAnswersTest.moc"
