@@ -9,26 +9,24 @@
 
 namespace ambrel {
 
-AccountForm::AccountForm(QWidget *parent)
-    : QGroupBox(QStringLiteral("Account"), parent), m_signUp(new AmbrelPrimaryButton(QStringLiteral("Sign Up"), this)),
-      m_logIn(new AmbrelSecondaryButton(QStringLiteral("Log In"), this))
+AccountForm::AccountForm(QWidget *parent) : QGroupBox(QStringLiteral("Account"), parent)
 {
-    auto *const bio = new BioEditor(this);
-    bindText(*bio, &AmbrelAppState::profileBio);
-
+    // Made in reading order, which is the order of Tab.
     auto *const form = makeFormLayout(*this);
     form->addWidget(makeTextField(QStringLiteral("User ID"), &AmbrelAppState::userId, *this));
     form->addWidget(makeTextField(QStringLiteral("Display name"), &AmbrelAppState::displayName, *this));
     form->addWidget(makeTextField(QStringLiteral("Email"), &AmbrelAppState::email, *this));
     form->addWidget(makeTextField(QStringLiteral("Phone"), &AmbrelAppState::phone, *this));
+    auto *const bio = new BioEditor(this);
+    bindText(*bio, &AmbrelAppState::profileBio);
     form->addWidget(bio);
+    m_signUp = new AmbrelPrimaryButton(QStringLiteral("Sign Up"), this);
+    m_logIn = new AmbrelSecondaryButton(QStringLiteral("Log In"), this);
     form->addLayout(makeRow({m_signUp, m_logIn}));
 
     auto &state = ViewEnvironment::of(*this).state();
     connect(m_signUp, &QPushButton::clicked, this, [&state] { static_cast<void>(state.signup()); });
     connect(m_logIn, &QPushButton::clicked, this, [&state] { static_cast<void>(state.login()); });
-    setTabOrder(bio, m_signUp);
-    setTabOrder(m_signUp, m_logIn);
 }
 
 void AccountForm::setBusy(bool isBusy)

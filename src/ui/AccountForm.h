@@ -20,8 +20,8 @@ public:
     void setBusy(bool isBusy);
 
 private:
-    AmbrelPrimaryButton *m_signUp;
-    AmbrelSecondaryButton *m_logIn;
+    AmbrelPrimaryButton *m_signUp = nullptr;
+    AmbrelSecondaryButton *m_logIn = nullptr;
 };
 
 } // namespace ambrel

@@ -30,16 +30,12 @@ QLineEdit *makeTextField(const QString &placeholder, TextField field, QWidget &p
     return editor;
 }
 
-QLabel *makeCaption(const QString &text, QWidget &parent)
+WrappedLabel *makeCaption(const QString &text, QWidget &parent)
 {
-    auto *const label = new QLabel(&parent);
-    label->setTextFormat(Qt::PlainText);
+    auto *const label = new WrappedLabel(text, &parent);
     label->setFont(theme::font(theme::TextStyle::Caption));
-    label->setWordWrap(true);
-    QPalette colors = label->palette();
-    colors.setColor(QPalette::WindowText, theme::secondaryText);
-    label->setPalette(colors);
-    label->setText(text);
+    label->setAlignment(Qt::AlignLeft | Qt::AlignAbsolute | Qt::AlignTop);
+    theme::setTextColor(*label, theme::secondaryText);
     return label;
 }
 

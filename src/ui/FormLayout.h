@@ -1,9 +1,9 @@
 #pragma once
 
+#include "toolkit/WrappedLabel.h"
 #include "ui/TextBinding.h"
 
 #include <QBoxLayout>
-#include <QLabel>
 #include <initializer_list>
 
 namespace ambrel {
@@ -19,7 +19,7 @@ QHBoxLayout *makeRow(std::initializer_list<QWidget *> widgets);
 /// A text field that is named by its placeholder and bound to `field`.
 QLineEdit *makeTextField(const QString &placeholder, TextField field, QWidget &parent);
 
-/// A small secondary text that wraps, shown as it stands.
-QLabel *makeCaption(const QString &text, QWidget &parent);
+/// A small secondary text that wraps.
+WrappedLabel *makeCaption(const QString &text, QWidget &parent);
 
 } // namespace ambrel

@@ -19,9 +19,7 @@ void LivePill::setLive(bool isLive)
 {
     if (std::exchange(m_isLive, isLive) == isLive)
         return;
-    QPalette colors = palette();
-    colors.setColor(QPalette::WindowText, isLive ? QColor(Qt::white) : theme::secondaryText);
-    setPalette(colors);
+    theme::setTextColor(*this, isLive ? QColor(Qt::white) : theme::secondaryText);
     setText(isLive ? QStringLiteral("LIVE") : QStringLiteral("PAUSED"));
 }
 

@@ -1,5 +1,6 @@
 #include "ui/SeeMeAlert.h"
 
+#include "toolkit/WrappedLabel.h"
 #include "ui/AccessibleRole.h"
 #include "ui/AmbrelPrimaryButton.h"
 #include "ui/Painting.h"
@@ -22,7 +23,8 @@ QString title()
 
 SeeMeAlert::SeeMeAlert(const QString &message, std::function<void()> onDismiss, QWidget *parent)
     : CoveringLayer(parent), m_onDismiss(std::move(onDismiss)), m_sheet(new QWidget(this)),
-      m_message(new QLabel(m_sheet)), m_dismiss(new AmbrelPrimaryButton(QStringLiteral("Dismiss"), m_sheet))
+      m_message(new WrappedLabel(message, m_sheet)),
+      m_dismiss(new AmbrelPrimaryButton(QStringLiteral("Dismiss"), m_sheet))
 {
     setAccessibleRole(*this, QAccessible::Dialog);
     setAccessibleName(title());
@@ -30,8 +32,6 @@ SeeMeAlert::SeeMeAlert(const QString &message, std::function<void()> onDismiss, 
     auto *const heading = new QLabel(title(), m_sheet);
     heading->setFont(theme::font(theme::TextStyle::Title2));
     heading->setAlignment(Qt::AlignCenter);
-    m_message->setTextFormat(Qt::PlainText);
-    m_message->setWordWrap(true);
     m_message->setAlignment(Qt::AlignCenter);
 
     auto *const column = new QVBoxLayout(m_sheet);
@@ -47,14 +47,12 @@ SeeMeAlert::SeeMeAlert(const QString &message, std::function<void()> onDismiss, 
     centre->addWidget(m_sheet, 0, Qt::AlignCenter);
 
     connect(m_dismiss, &QPushButton::clicked, this, [this] { m_onDismiss(); });
-    setMessage(message);
     show();
 }
 
 void SeeMeAlert::setMessage(const QString &message)
 {
-    if (m_message->text() != message)
-        m_message->setText(message);
+    m_message->setText(message);
 }
 
 void SeeMeAlert::takeFocus()

@@ -4,11 +4,10 @@
 
 #include <functional>
 
-class QLabel;
-
 namespace ambrel {
 
 class AmbrelPrimaryButton;
+class WrappedLabel;
 
 /// The sheet that shows an incoming See Me message above the dimmed window until the user dismisses it.
 class SeeMeAlert : public CoveringLayer
@@ -35,7 +34,7 @@ protected:
 private:
     const std::function<void()> m_onDismiss;
     QWidget *const m_sheet;
-    QLabel *const m_message;
+    WrappedLabel *const m_message;
     AmbrelPrimaryButton *const m_dismiss;
 };
 

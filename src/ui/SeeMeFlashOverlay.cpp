@@ -77,9 +77,7 @@ void SeeMeFlashOverlay::flip()
 
 void SeeMeFlashOverlay::showColoring()
 {
-    QPalette colors = m_title->palette();
-    colors.setColor(QPalette::WindowText, m_alternate ? QColor(Qt::white) : theme::ambrelRed);
-    m_title->setPalette(colors);
+    theme::setTextColor(*m_title, m_alternate ? QColor(Qt::white) : theme::ambrelRed);
     m_logo->setInverted(m_alternate);
     update();
 }

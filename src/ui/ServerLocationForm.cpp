@@ -10,30 +10,29 @@
 
 namespace ambrel {
 
-ServerLocationForm::ServerLocationForm(QWidget *parent)
-    : QGroupBox(QStringLiteral("Server && Location"), parent),
-      m_discoverable(new QCheckBox(QStringLiteral("Discoverable"), this)),
-      m_goLive(new AmbrelPrimaryButton(QStringLiteral("Go Live"), this)),
-      m_checkServer(new AmbrelSecondaryButton(QStringLiteral("Check Server"), this)),
-      m_serverStatus(makeCaption({}, *this)), m_betaStatus(makeCaption({}, *this))
+ServerLocationForm::ServerLocationForm(QWidget *parent) : QGroupBox(QStringLiteral("Server && Location"), parent)
 {
-    auto *const server = makeTextField(QStringLiteral("Server"), &AmbrelAppState::serverBaseURL, *this);
+    // Made in reading order, which is the order of Tab.
+    auto *const form = makeFormLayout(*this);
+    form->addWidget(makeTextField(QStringLiteral("Server"), &AmbrelAppState::serverBaseURL, *this));
     auto *const latitude = makeTextField(QStringLiteral("Latitude"), &AmbrelAppState::latitudeText, *this);
     auto *const longitude = makeTextField(QStringLiteral("Longitude"), &AmbrelAppState::longitudeText, *this);
-    auto *const pause = new AmbrelSecondaryButton(QStringLiteral("Pause"), this);
-    m_serverStatus->setAccessibleDescription(QStringLiteral("Server status"));
-    m_betaStatus->setAccessibleDescription(QStringLiteral("Android beta status"));
-
-    auto *const form = makeFormLayout(*this);
-    form->addWidget(server);
     form->addLayout(makeRow({latitude, longitude}));
+    m_discoverable = new QCheckBox(QStringLiteral("Discoverable"), this);
     form->addWidget(m_discoverable);
     form->addWidget(makeCaption(
         QStringLiteral("Mac build uses manual location until desktop location permissions are added."), *this));
+    m_goLive = new AmbrelPrimaryButton(QStringLiteral("Go Live"), this);
+    auto *const pause = new AmbrelSecondaryButton(QStringLiteral("Pause"), this);
     form->addLayout(makeRow({m_goLive, pause}));
     form->addWidget(new Divider(Qt::Horizontal, this));
+    m_checkServer = new AmbrelSecondaryButton(QStringLiteral("Check Server"), this);
     form->addWidget(m_checkServer);
+    m_serverStatus = makeCaption({}, *this);
+    m_serverStatus->setAccessibleDescription(QStringLiteral("Server status"));
     form->addWidget(m_serverStatus);
+    m_betaStatus = makeCaption({}, *this);
+    m_betaStatus->setAccessibleDescription(QStringLiteral("Android beta status"));
     form->addWidget(m_betaStatus);
 
     auto &state = ViewEnvironment::of(*this).state();
@@ -44,13 +43,6 @@ ServerLocationForm::ServerLocationForm(QWidget *parent)
     connect(m_goLive, &QPushButton::clicked, this, [&state] { state.startLive(); });
     connect(pause, &QPushButton::clicked, this, [&state] { state.stopLive(); });
     connect(m_checkServer, &QPushButton::clicked, this, [&state] { static_cast<void>(state.checkServerStatus()); });
-
-    QWidget *previous = server;
-    for (QWidget *const next :
-         std::initializer_list<QWidget *>{latitude, longitude, m_discoverable, m_goLive, pause, m_checkServer}) {
-        setTabOrder(previous, next);
-        previous = next;
-    }
 }
 
 void ServerLocationForm::refresh(const AmbrelAppState &state)

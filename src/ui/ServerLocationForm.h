@@ -3,13 +3,13 @@
 #include <QGroupBox>
 
 class QCheckBox;
-class QLabel;
 
 namespace ambrel {
 
 class AmbrelPrimaryButton;
 class AmbrelSecondaryButton;
 class AmbrelAppState;
+class WrappedLabel;
 
 /// Server address, position and discoverability, going live and pausing, and the server check with its two lines.
 class ServerLocationForm : public QGroupBox
@@ -24,11 +24,11 @@ public:
     void refresh(const AmbrelAppState &state);
 
 private:
-    QCheckBox *const m_discoverable;
-    AmbrelPrimaryButton *const m_goLive;
-    AmbrelSecondaryButton *const m_checkServer;
-    QLabel *const m_serverStatus;
-    QLabel *const m_betaStatus;
+    QCheckBox *m_discoverable = nullptr;
+    AmbrelPrimaryButton *m_goLive = nullptr;
+    AmbrelSecondaryButton *m_checkServer = nullptr;
+    WrappedLabel *m_serverStatus = nullptr;
+    WrappedLabel *m_betaStatus = nullptr;
 };
 
 } // namespace ambrel

@@ -8,6 +8,7 @@
 #include "ui/Theme.h"
 #include "ui/ViewEnvironment.h"
 
+#include <QLabel>
 #include <QScrollArea>
 #include <QScrollBar>
 
@@ -29,9 +30,7 @@ public:
         auto *const name = new QLabel(QStringLiteral("Ambrel"), this);
         name->setFont(theme::font(theme::TextStyle::Wordmark));
         auto *const tagline = new QLabel(QStringLiteral("Dating IRL"), this);
-        QPalette colors = tagline->palette();
-        colors.setColor(QPalette::WindowText, theme::secondaryText);
-        tagline->setPalette(colors);
+        theme::setTextColor(*tagline, theme::secondaryText);
 
         auto *const lines = new QVBoxLayout; // owned by the header
         lines->setSpacing(theme::sidebarTitleSpacing);

@@ -3,7 +3,6 @@
 #include <QPointer>
 #include <QWidget>
 
-class QLabel;
 class QScrollArea;
 
 namespace ambrel {
@@ -11,6 +10,7 @@ namespace ambrel {
 class AccountForm;
 class AmbrelAppState;
 class ServerLocationForm;
+class WrappedLabel;
 
 /// The column of forms at the left of the window, with the brand above and the status line below. Scrolls when the
 /// window is too low for it.
@@ -31,7 +31,7 @@ private:
 
     AccountForm *m_account = nullptr;
     ServerLocationForm *m_serverLocation = nullptr;
-    QLabel *m_status = nullptr;
+    WrappedLabel *m_status = nullptr;
     QPointer<QWidget> m_focusBeforeBusy; ///< the button that lost the focus by being disabled
     QPointer<QWidget> m_focusWhileBusy;  ///< where the focus went instead
 };

@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QFontDatabase>
 #include <QFontInfo>
+#include <QWidget>
 #include <algorithm>
 #include <array>
 #include <utility>
@@ -60,6 +61,13 @@ QFont font(TextStyle style)
     font.setPixelSize(entry->pixelSize);
     font.setWeight(entry->weight);
     return font;
+}
+
+void setTextColor(QWidget &label, const QColor &color)
+{
+    QPalette colors = label.palette();
+    colors.setColor(QPalette::WindowText, color);
+    label.setPalette(colors);
 }
 
 QPalette palette()

@@ -1,23 +1,23 @@
 #include "ui/WarmthMeter.h"
 
 #include "state/MatchProximity.h"
+#include "toolkit/BidiIsolation.h"
+#include "toolkit/WrappedLabel.h"
 #include "ui/AmbrelLogo.h"
-#include "ui/Isolated.h"
 #include "ui/Painting.h"
 #include "ui/Theme.h"
 
-#include <QLabel>
 #include <QVBoxLayout>
 
 namespace ambrel {
 
 WarmthMeter::WarmthMeter(QWidget *parent)
-    : QWidget(parent), m_logo(new AmbrelLogo(theme::meterLogoSize, false, this)), m_headline(new QLabel(this)),
-      m_line(new QLabel(this))
+    : QWidget(parent), m_logo(new AmbrelLogo(theme::meterLogoSize, false, this)),
+      m_headline(new WrappedLabel({}, this)), m_line(new WrappedLabel({}, this))
 {
     m_headline->setFont(theme::font(theme::TextStyle::Title2));
     m_headline->setAlignment(Qt::AlignCenter);
-    m_line->setTextFormat(Qt::PlainText);
+    theme::setTextColor(*m_line, theme::secondaryText);
     m_line->setAlignment(Qt::AlignCenter);
 
     auto *const column = new QVBoxLayout(this);

@@ -5,11 +5,10 @@
 #include <QWidget>
 #include <optional>
 
-class QLabel;
-
 namespace ambrel {
 
 class AmbrelLogo;
+class WrappedLabel;
 
 /// Names the heat of one match, or says that there is none.
 class WarmthMeter : public QWidget
@@ -26,8 +25,8 @@ protected:
 
 private:
     AmbrelLogo *const m_logo;
-    QLabel *const m_headline;
-    QLabel *const m_line;
+    WrappedLabel *const m_headline;
+    WrappedLabel *const m_line;
 };
 
 } // namespace ambrel

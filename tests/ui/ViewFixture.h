@@ -1,0 +1,70 @@
+#pragma once
+
+#include "state/StateFixture.h"
+#include "ui/AmbrelStyle.h"
+#include "ui/ViewEnvironment.h"
+
+#include <QAbstractButton>
+#include <QVBoxLayout>
+
+namespace ambrel {
+
+/// A shown window with one view on a state of its own. Its server address leads nowhere.
+template <typename View>
+class ViewFixture
+{
+public:
+    explicit ViewFixture(const QSize &size, const QVariantMap &stored = {}, const LiveTimings &timings = {})
+        : m_state(withHarmlessServer(stored), timings)
+    {
+        ViewEnvironment::inject(window, m_state.state);
+        auto *const layout = new QVBoxLayout(&window);
+        layout->setContentsMargins(0, 0, 0, 0);
+        view = new View(&window);
+        layout->addWidget(view);
+        window.setGeometry(QRect(QPoint(10, 10), size));
+        window.show();
+        window.activateWindow();
+        QCursor::setPos(1910, 1190); // hovers nothing
+        QTRY_VERIFY(window.isActiveWindow());
+    }
+
+    AmbrelAppState &state() { return *m_state.state; }
+    /// Lets the views see what has changed.
+    void refresh() { QCoreApplication::processEvents(); }
+
+    /// The child that a screen reader knows by this name.
+    template <typename Widget>
+    Widget *named(const QString &name)
+    {
+        for (auto *const candidate : window.findChildren<Widget *>()) {
+            if (candidate->accessibleName() == name)
+                return candidate;
+        }
+        return nullptr;
+    }
+    /// The button with this label.
+    QAbstractButton *button(const QString &label)
+    {
+        for (auto *const candidate : window.findChildren<QAbstractButton *>()) {
+            if (candidate->text() == label && candidate->isVisible())
+                return candidate;
+        }
+        return nullptr;
+    }
+
+private:
+    static QVariantMap withHarmlessServer(QVariantMap stored)
+    {
+        stored.insert(QStringLiteral("serverBaseURL"), QStringLiteral("http://127.0.0.1:9"));
+        return stored;
+    }
+
+    StateFixture m_state;
+
+public:
+    QWidget window; // goes before the state
+    View *view = nullptr;
+};
+
+} // namespace ambrel
