@@ -1,0 +1,130 @@
+#include "ui/MainPanelView.h"
+
+#include "tasks/Worker.h"
+#include "toolkit/BidiIsolation.h"
+#include "toolkit/ElidedLabel.h"
+#include "ui/LivePill.h"
+#include "ui/MatchCard.h"
+#include "ui/ProfilePanel.h"
+#include "ui/TextStyling.h"
+#include "ui/ViewEnvironment.h"
+#include "ui/WarmthMeter.h"
+
+#include <QVBoxLayout>
+#include <utility>
+
+namespace ambrel {
+
+namespace {
+
+QString subtitleFor(const AmbrelAppState &state)
+{
+    if (!state.isSignedIn())
+        return QStringLiteral("Sign up or log in to look nearby.");
+    const QString &name = state.displayName->isEmpty() ? state.userId : state.displayName;
+    return QStringLiteral("Signed in as ") + isolated(name);
+}
+
+/// The match that the warmth meter describes.
+std::optional<MatchResult> warmestOf(const AmbrelAppState &state)
+{
+    if (state.selectedMatch.value() || state.matches->isEmpty())
+        return state.selectedMatch;
+    return state.matches->first();
+}
+
+} // namespace
+
+MainPanelView::MainPanelView(QWidget *parent)
+    : QWidget(parent), m_title(new ElidedLabel({}, this)), m_subtitle(new ElidedLabel({}, this)),
+      m_pill(new LivePill(false, this)), m_meter(new WarmthMeter(this)), m_cards(new LazyColumn(*this, this)),
+      m_profile(new ProfilePanel(this))
+{
+    styleText(*m_title, theme::TextStyle::LargeTitle, theme::ambrelRed);
+    styleText(*m_subtitle, theme::TextStyle::Body, theme::secondaryText);
+    m_cards->setSpacing(theme::cardListSpacing);
+    m_cards->setPadding(theme::cardListPadding);
+
+    auto *const nearby = new QWidget(this);
+    nearby->setMinimumWidth(theme::matchColumnMinimumWidth);
+    auto *const column = new QVBoxLayout(nearby);
+    column->setContentsMargins({});
+    column->setSpacing(theme::matchColumnSpacing);
+    column->addLayout(makeHeader());
+    column->addWidget(m_meter);
+    column->addWidget(m_cards, 1);
+
+    auto *const row = new QHBoxLayout(this);
+    const int padding = theme::mainPanelPadding;
+    row->setContentsMargins(padding, padding, padding, padding);
+    row->setSpacing(theme::mainPanelSpacing);
+    row->addWidget(nearby, 1);
+    row->addWidget(m_profile);
+
+    connect(&ViewEnvironment::of(*this), &ViewEnvironment::stateDidChange, this, &MainPanelView::refresh);
+    refresh();
+}
+
+QLayout *MainPanelView::makeHeader()
+{
+    auto *const texts = new QVBoxLayout;
+    texts->setSpacing(theme::headerTextSpacing);
+    texts->addWidget(m_title);
+    texts->addWidget(m_subtitle);
+
+    auto *const header = new QHBoxLayout;
+    header->setSpacing(theme::headerSpacing);
+    header->addLayout(texts, 1);
+    header->addWidget(m_pill, 0, Qt::AlignVCenter);
+    return header;
+}
+
+void MainPanelView::refresh()
+{
+    const AmbrelAppState &state = ViewEnvironment::of(*this).state();
+    m_title->setText(state.isLive ? QStringLiteral("Live Nearby") : QStringLiteral("Ready"));
+    m_subtitle->setText(subtitleFor(state));
+    m_pill->setLive(state.isLive);
+    m_meter->setMatch(warmestOf(state));
+    m_profile->setMatch(state.selectedMatch);
+    refreshCards();
+}
+
+void MainPanelView::refreshCards()
+{
+    const AmbrelAppState &state = ViewEnvironment::of(*this).state();
+    const auto &selected = state.selectedMatch.value();
+    const std::optional<QString> selectedUserId = selected ? std::optional(selected->userId) : std::nullopt;
+    // Typing in the sidebar changes the state as well; the cards then have nothing to do.
+    if (m_matches.isSharedWith(state.matches) && m_selectedUserId == selectedUserId)
+        return;
+    m_selectedUserId = selectedUserId;
+    QList<MatchResult> outdated = std::exchange(m_matches, state.matches);
+    m_cards->refresh();
+    destroyOnWorker(std::move(outdated));
+}
+
+int MainPanelView::count() const
+{
+    return static_cast<int>(m_matches.size());
+}
+
+QString MainPanelView::idAt(int index) const
+{
+    return m_matches.at(index).userId;
+}
+
+QWidget *MainPanelView::makeRow(QWidget *parent)
+{
+    return new MatchCard(parent);
+}
+
+void MainPanelView::bindRow(QWidget *row, int index)
+{
+    auto *const card = static_cast<MatchCard *>(row);
+    const MatchResult &match = m_matches.at(index);
+    card->setMatch(match);
+    card->setSelected(match.userId == m_selectedUserId);
+}
+
+} // namespace ambrel
