@@ -185,18 +185,18 @@ void drawEyes(QPainter &painter, const Look &look)
     const QColor brow = hasHair ? QColor(look.hairColor).darker(118) : QColor(0xff3a2a22);
     for (const double side : {-1.0, 1.0}) {
         const double x = side * 29;
-        painter.fillPath(ellipse(x, -16, 13, 9.5), QColor(0xfffffdf8));
-        painter.fillPath(ellipse(x, -15.5, 8, 8), QColor(0xff4b3527));
-        painter.fillPath(ellipse(x, -15.5, 4.5, 4.5), QColor(inkColor));
+        painter.fillPath(ellipse(x, -16, 12.5, 8.6), QColor(0xfffffdf8));
+        painter.fillPath(ellipse(x, -16, 8, 8), QColor(0xff4b3527));
+        painter.fillPath(ellipse(x, -16, 4.5, 4.5), QColor(inkColor));
         painter.fillPath(ellipse(x + 3, -19, 2.4, 2.4), QColor(Qt::white));
         painter.setBrush(Qt::NoBrush);
         painter.setPen(pen(QColor(inkColor), 3.4));
         QPainterPath lid(QPointF(x - 15 * side, -16));
-        lid.cubicTo(x - 8 * side, -29, x + 8 * side, -29, x + 16 * side, -18);
+        lid.cubicTo(x - 8 * side, -27, x + 8 * side, -27, x + 16 * side, -18);
         painter.drawPath(lid);
         painter.setPen(pen(brow, 6));
-        QPainterPath eyebrow(QPointF(x - 15 * side, -40));
-        eyebrow.cubicTo(x - 6 * side, -48, x + 8 * side, -47, x + 18 * side, -38);
+        QPainterPath eyebrow(QPointF(x - 15 * side, -37));
+        eyebrow.cubicTo(x - 6 * side, -44, x + 8 * side, -43, x + 18 * side, -35);
         painter.drawPath(eyebrow);
     }
 }
@@ -205,7 +205,7 @@ void drawEyes(QPainter &painter, const Look &look)
 QPainterPath hairCap(double fringe)
 {
     QPainterPath path(QPointF(-72, -10));
-    path.cubicTo(-86, -116, 86, -116, 72, -10);
+    path.cubicTo(-90, -132, 90, -132, 72, -10);
     path.cubicTo(66, -34, 58, -52, 34, -62 + fringe);
     path.cubicTo(6, -50 + fringe, -30, -52 + fringe, -50, -58 + fringe);
     path.cubicTo(-62, -46, -68, -30, -72, -10);
@@ -239,10 +239,16 @@ void drawHairInFront(QPainter &painter, const Look &look)
     case Hair::Headscarf: {
         QPainterPath outer = ellipse(0, -14, 92, 112);
         painter.fillPath(outer.subtracted(ellipse(0, 4, 62, 80)), hair);
+        QPainterPath drape(QPointF(-86, 30));
+        drape.cubicTo(-60, 104, 60, 104, 86, 30);
+        drape.cubicTo(92, 80, 118, 140, 124, 186);
+        drape.cubicTo(60, 214, -60, 214, -124, 186);
+        drape.cubicTo(-118, 140, -92, 80, -86, 30);
+        painter.fillPath(drape, hair);
         painter.setBrush(Qt::NoBrush);
         painter.setPen(pen(hair.darker(120), 4));
-        QPainterPath fold(QPointF(-72, 56));
-        fold.cubicTo(-40, 118, 40, 132, 104, 150);
+        QPainterPath fold(QPointF(-74, 52));
+        fold.cubicTo(-36, 116, 40, 134, 104, 150);
         painter.drawPath(fold);
         break;
     }
@@ -257,7 +263,7 @@ void drawGlasses(QPainter &painter, Glasses glasses)
         return;
     const bool isDark = glasses == Glasses::Sun;
     painter.setPen(pen(QColor(inkColor), 4));
-    painter.setBrush(isDark ? QColor(0xf02d3440) : QColor(0x30ffffff));
+    painter.setBrush(QColor::fromRgba(isDark ? 0xf02d3440 : 0x1cffffff));
     for (const double side : {-1.0, 1.0})
         painter.drawRoundedRect(QRectF(side * 30 - 23, -36, 46, 40), isDark ? 14 : 20, isDark ? 14 : 20);
     painter.drawLine(QPointF(-7, -20), QPointF(7, -20));

@@ -15,7 +15,7 @@ struct Person
     QStringView bio;
     QStringView question; ///< what a See Me of their own says
     QStringView answer;   ///< what the answer to a See Me says
-    int photoCount;           ///< 1 to 4
+    int photoCount;       ///< 1 to 4
     Look look;
 };
 

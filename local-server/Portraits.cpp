@@ -30,14 +30,19 @@ struct Framing
 const std::array<Framing, 4> framings = {
     Framing{0, {240, 262}, 1.36, 0, 0.45, 0, false},
     Framing{2, {190, 300}, 0.98, -5, 0.9, 140, false},
-    Framing{5, {250, 306}, 2.0, 4, 0.7, 0, false},
+    Framing{5, {248, 300}, 1.74, 4, 0.7, 0, false},
     Framing{4, {296, 330}, 0.78, 3, 1, 220, true},
 };
 
 QRgb turned(QRgb color, int degrees)
 {
+    constexpr int calm = 110; // of 255: bright colours turn gaudy at other hues
     const QColor hsl = QColor(color).toHsl();
-    return QColor::fromHsl((std::max(hsl.hslHue(), 0) + degrees) % 360, hsl.hslSaturation(), hsl.lightness()).rgb();
+    if (degrees == 0)
+        return color;
+    return QColor::fromHsl((std::max(hsl.hslHue(), 0) + degrees) % 360, std::min(hsl.hslSaturation(), calm),
+                           hsl.lightness())
+        .rgb();
 }
 
 PhotoText dataUrl(const QImage &image)
