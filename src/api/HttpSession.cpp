@@ -6,8 +6,10 @@
 #include "api/TransportError.h"
 
 #include <QCoreApplication>
+#include <QEventLoop>
 #include <QThread>
 #include <QThreadPool>
+#include <thread>
 
 namespace ambrel {
 
@@ -45,13 +47,39 @@ void closeSharedSession()
 class HttpSession::Private
 {
 public:
-    std::mutex mutex; // guards everything but the engine
+    void startThread();
+    void runThread();
+
+    std::mutex mutex; // guards what follows, down to the thread
     TransferLimits limits;
     bool closed = false;
-    QThread thread;
     std::shared_ptr<Mailbox> networkThread; // null before the first request
-    std::unique_ptr<HttpEngine> engine;     // touched on the network thread alone
+    // Not a QThread: waiting for one ends before its thread-local data is freed, of which TLS has some.
+    std::thread thread;
+
+    HttpEngine *engine = nullptr; // these two on the network thread alone
+    QEventLoop *loop = nullptr;
 };
+
+void HttpSession::Private::startThread()
+{
+    networkThread = std::make_shared<Mailbox>();
+    networkThread->moveToThread(nullptr); // for the new thread to take over
+    thread = std::thread([this] { runThread(); });
+}
+
+void HttpSession::Private::runThread()
+{
+#ifdef Q_OS_LINUX
+    pthread_setname_np(pthread_self(), "network");
+#endif
+    QEventLoop events;
+    HttpEngine transfers;
+    loop = &events;
+    engine = &transfers;
+    networkThread->moveToThread(QThread::currentThread());
+    events.exec();
+}
 
 HttpSession &HttpSession::shared()
 {
@@ -77,18 +105,10 @@ void HttpSession::perform(HttpRequest request, HttpReceiver receiver)
     {
         const std::lock_guard lock(d->mutex);
         if (!d->closed) {
-            if (!d->networkThread) {
-                d->networkThread = std::make_shared<Mailbox>();
-                d->networkThread->moveToThread(&d->thread);
-                d->thread.setObjectName(QStringLiteral("network"));
-                d->thread.start();
-            }
+            if (!d->networkThread)
+                d->startThread();
             auto transfer = std::make_shared<HttpTransfer>(request, d->limits, std::move(receiver));
-            d->networkThread->post([this, sent = std::move(transfer)] {
-                if (!d->engine)
-                    d->engine = std::make_unique<HttpEngine>();
-                d->engine->start(sent);
-            });
+            d->networkThread->post([this, sent = std::move(transfer)] { d->engine->start(sent); });
             return;
         }
     }
@@ -101,12 +121,9 @@ void HttpSession::close()
         const std::lock_guard lock(d->mutex);
         if (std::exchange(d->closed, true) || !d->networkThread)
             return;
-        d->networkThread->post([this] {
-            d->engine.reset();
-            d->thread.quit();
-        });
+        d->networkThread->post([this] { d->loop->quit(); });
     }
-    d->thread.wait();
+    d->thread.join();
 }
 
 void HttpSession::setIdleTimeout(std::chrono::milliseconds timeout)

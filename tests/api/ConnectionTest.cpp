@@ -157,6 +157,5 @@ void ConnectionTest::whatMustNotHappenTwiceIsSentOnceBehindARedirect()
     QCOMPARE(server.count("POST", "/moved/see-me"), 1);
 }
 
-Q_DECLARE_METATYPE(ambrel::ScriptedReply)
 QTEST_GUILESS_MAIN(ConnectionTest)
 #include "ConnectionTest.moc"

@@ -109,6 +109,5 @@ void TlsTest::aPlainServerIsNotSpokenToInPlainText()
     QCOMPARE(server.requests().size(), 0);
 }
 
-Q_DECLARE_METATYPE(ambrel::ScriptedReply)
 QTEST_GUILESS_MAIN(TlsTest)
 #include "TlsTest.moc"
