@@ -42,7 +42,7 @@ public:
     {
         auto bus = QDBusConnection::sessionBus();
         bus.connect(service, path, settingsInterface, QStringLiteral("SettingChanged"), this,
-                    SLOT(noteChange(QString, QString, QDBusVariant)));
+                    SLOT(noteChangeIn(QDBusMessage)));
         for (const MotionSetting &setting : settings)
             ask(setting);
     }
@@ -53,7 +53,15 @@ public:
     }
 
 private Q_SLOTS:
-    void noteChange(const QString &group, const QString &key, const QDBusVariant &value)
+    void noteChangeIn(const QDBusMessage &signal)
+    {
+        const QVariantList change = signal.arguments();
+        if (change.size() == 3)
+            note(change[0].toString(), change[1].toString(), change[2]);
+    }
+
+private:
+    void note(const QString &group, const QString &key, const QVariant &value)
     {
         for (std::size_t i = 0; i < settings.size(); ++i) {
             if (group == QLatin1String(settings[i].group) && key == QLatin1String(settings[i].key))
@@ -61,11 +69,9 @@ private Q_SLOTS:
         }
     }
 
-private:
-    static QVariant unwrapped(const QDBusVariant &wrapped)
+    static QVariant unwrapped(QVariant value)
     {
-        QVariant value = wrapped.variant();
-        while (value.canConvert<QDBusVariant>() && value.metaType() == QMetaType::fromType<QDBusVariant>())
+        while (value.metaType() == QMetaType::fromType<QDBusVariant>())
             value = value.value<QDBusVariant>().variant();
         return value;
     }
@@ -81,7 +87,7 @@ private:
         connect(answer, &QDBusPendingCallWatcher::finished, this, [this, answer, group, key] {
             const QDBusPendingReply<QDBusVariant> reply = *answer;
             if (!reply.isError())
-                noteChange(group, key, reply.value());
+                note(group, key, reply.value().variant());
             answer->deleteLater();
         });
     }

@@ -8,6 +8,8 @@
 
 #include <QKeyEvent>
 #include <QLabel>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QVBoxLayout>
 
 namespace ambrel {
@@ -22,37 +24,55 @@ QString title()
 } // namespace
 
 SeeMeAlert::SeeMeAlert(const QString &message, std::function<void()> onDismiss, QWidget *parent)
-    : CoveringLayer(parent), m_onDismiss(std::move(onDismiss)), m_sheet(new QWidget(this)),
-      m_message(new WrappedLabel(message, m_sheet)),
-      m_dismiss(new AmbrelPrimaryButton(QStringLiteral("Dismiss"), m_sheet))
+    : CoveringLayer(parent), m_onDismiss(std::move(onDismiss)), m_sheet(new QWidget(this))
 {
     setAccessibleRole(*this, QAccessible::Dialog);
     setAccessibleName(title());
 
-    auto *const heading = new QLabel(title(), m_sheet);
-    heading->setFont(theme::font(theme::TextStyle::Title2));
-    heading->setAlignment(Qt::AlignCenter);
-    m_message->setAlignment(Qt::AlignCenter);
+    m_heading = new QLabel(title(), m_sheet);
+    m_heading->setFont(theme::font(theme::TextStyle::Title2));
+    m_heading->setAlignment(Qt::AlignCenter);
+    m_messageArea = new QScrollArea(m_sheet);
+    m_messageArea->setFrameShape(QFrame::NoFrame);
+    m_messageArea->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    m_messageArea->setWidgetResizable(true);
+    m_messageArea->setFocusPolicy(Qt::NoFocus);
+    m_messageArea->viewport()->setAutoFillBackground(false);
+    m_message = new WrappedLabel(message, m_messageArea);
+    m_message->setAlignment(Qt::AlignHCenter | Qt::AlignTop);
+    m_messageArea->setWidget(m_message);
+    m_message->setAutoFillBackground(false); // the area would fill it
+    m_dismiss = new AmbrelPrimaryButton(QStringLiteral("Dismiss"), m_sheet);
+    connect(m_dismiss, &QPushButton::clicked, this, [this] { m_onDismiss(); });
 
+    const int padding = theme::alertPadding;
     auto *const column = new QVBoxLayout(m_sheet);
-    column->setContentsMargins(theme::alertPadding, theme::alertPadding, theme::alertPadding, theme::alertPadding);
+    column->setContentsMargins(padding, padding, padding, padding);
     column->setSpacing(theme::alertSpacing);
-    column->addWidget(heading);
-    column->addWidget(m_message);
+    column->addWidget(m_heading);
+    column->addWidget(m_messageArea);
     column->addWidget(m_dismiss);
     m_sheet->setFixedWidth(theme::alertWidth);
-
     auto *const centre = new QVBoxLayout(this);
-    centre->setContentsMargins(theme::alertPadding, theme::alertPadding, theme::alertPadding, theme::alertPadding);
+    centre->setContentsMargins(padding, padding, padding, padding);
     centre->addWidget(m_sheet, 0, Qt::AlignCenter);
 
-    connect(m_dismiss, &QPushButton::clicked, this, [this] { m_onDismiss(); });
+    fitMessage();
     show();
 }
 
 void SeeMeAlert::setMessage(const QString &message)
 {
     m_message->setText(message);
+    fitMessage();
+}
+
+void SeeMeAlert::fitMessage()
+{
+    const int frame =
+        4 * theme::alertPadding + 2 * theme::alertSpacing + m_heading->sizeHint().height() + theme::buttonMinimumHeight;
+    const int natural = m_message->heightForWidth(theme::alertWidth - 2 * theme::alertPadding);
+    m_messageArea->setFixedHeight(std::min(natural, height() - frame));
 }
 
 void SeeMeAlert::takeFocus()
@@ -62,10 +82,21 @@ void SeeMeAlert::takeFocus()
 
 void SeeMeAlert::keyPressEvent(QKeyEvent *event)
 {
-    if (event->key() == Qt::Key_Escape || event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)
+    switch (event->key()) {
+    case Qt::Key_Escape:
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
         m_onDismiss();
-    else
+        break;
+    case Qt::Key_PageUp:
+        m_messageArea->verticalScrollBar()->triggerAction(QAbstractSlider::SliderPageStepSub);
+        break;
+    case Qt::Key_PageDown:
+        m_messageArea->verticalScrollBar()->triggerAction(QAbstractSlider::SliderPageStepAdd);
+        break;
+    default:
         CoveringLayer::keyPressEvent(event);
+    }
 }
 
 void SeeMeAlert::mouseReleaseEvent(QMouseEvent *event)
@@ -79,6 +110,11 @@ void SeeMeAlert::paintEvent(QPaintEvent *)
     QPainter painter(this);
     painter.fillRect(rect(), theme::alertBackdrop);
     fillRounded(painter, m_sheet->geometry(), theme::alertSurface, theme::alertRadius);
+}
+
+void SeeMeAlert::resizeEvent(QResizeEvent *)
+{
+    fitMessage();
 }
 
 } // namespace ambrel

@@ -4,6 +4,9 @@
 
 #include <functional>
 
+class QLabel;
+class QScrollArea;
+
 namespace ambrel {
 
 class AmbrelPrimaryButton;
@@ -30,12 +33,17 @@ protected:
     void keyPressEvent(QKeyEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
 
 private:
+    void fitMessage();
+
     const std::function<void()> m_onDismiss;
-    QWidget *const m_sheet;
-    WrappedLabel *const m_message;
-    AmbrelPrimaryButton *const m_dismiss;
+    QWidget *m_sheet = nullptr;
+    QLabel *m_heading = nullptr;
+    QScrollArea *m_messageArea = nullptr; ///< scrolls when the window is too low for the message
+    WrappedLabel *m_message = nullptr;
+    AmbrelPrimaryButton *m_dismiss = nullptr;
 };
 
 } // namespace ambrel

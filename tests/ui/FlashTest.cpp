@@ -1,0 +1,191 @@
+#include "ui/AmbrelLogo.h"
+#include "ui/ContentView.h"
+#include "ui/Pixels.h"
+#include "ui/ReducedMotion.h"
+#include "ui/SeeMeFlashOverlay.h"
+#include "ui/Theme.h"
+#include "ui/ViewFixture.h"
+
+#include <QAccessible>
+#include <QElapsedTimer>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPointer>
+
+using namespace ambrel;
+
+namespace {
+
+using Content = ViewFixture<ContentView>;
+constexpr QSize windowSize{980, 680};
+constexpr QPoint emptySpot{60, 60};
+const QColor red(200, 63, 50);
+
+QPointer<SeeMeFlashOverlay> overlayOf(Content &content)
+{
+    return content.window.findChild<SeeMeFlashOverlay *>();
+}
+
+/// Raises the flag and waits until the overlay has faded in.
+QPointer<SeeMeFlashOverlay> showFlash(Content &content)
+{
+    content.state().showSeeMeFlash = true;
+    content.refresh();
+    const auto overlay = overlayOf(content);
+    [&overlay] { QTRY_VERIFY(overlay->findChild<AmbrelLogo *>()->isVisible()); }();
+    return overlay;
+}
+
+} // namespace
+
+class FlashTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase() { AmbrelStyle::install(); }
+
+    void bothColoringsAreExact();
+    void coloringSwapsEvery450Milliseconds();
+    void aClickInTheFirst450MillisecondsDismissesAtOnceAndNothingFlips();
+    void clearingTheFlagStopsTheFlippingAndShowingAgainStartsWhite();
+    void escapeSpaceAndEnterDismiss();
+    void focusReturnsToWhereItWas();
+    void fadesInUnlessMotionIsReduced();
+    void coversTheWindowAtEverySize();
+    void screenReadersSeeAPaneWithMarkAndWords();
+};
+
+void FlashTest::bothColoringsAreExact()
+{
+    Content content(windowSize);
+    const auto overlay = showFlash(content);
+    auto *const logo = overlay->findChild<AmbrelLogo *>();
+    auto *const title = overlay->findChild<QLabel *>();
+    QCOMPARE(logo->size(), QSize(160, 160));
+    QCOMPARE(title->font().pixelSize(), 52);
+    QCOMPARE(title->y() - (logo->y() + logo->height()), 16);
+    QCOMPARE(logo->x() + 80, 490);
+    QVERIFY(std::abs((logo->y() + title->y() + title->height()) / 2 - 340) <= 1);
+
+    COMPARE_COLORS(shownAt(*overlay, emptySpot), QColor(Qt::white));
+    QVERIFY(!logo->isInverted());
+    QCOMPARE(title->palette().color(QPalette::WindowText), theme::ambrelRed);
+    COMPARE_COLORS(shownAt(*logo, {80, 20}), QColor(255, 248, 243));
+
+    QTRY_VERIFY(logo->isInverted());
+    COMPARE_COLORS(shownAt(*overlay, emptySpot), red);
+    QCOMPARE(title->palette().color(QPalette::WindowText), QColor(Qt::white));
+    COMPARE_COLORS(shownAt(*logo, {80, 20}), red);
+}
+
+void FlashTest::coloringSwapsEvery450Milliseconds()
+{
+    Content content(windowSize);
+    content.state().showSeeMeFlash = true;
+    QElapsedTimer clock;
+    clock.start();
+    content.refresh();
+    const auto *const logo = overlayOf(content)->findChild<AmbrelLogo *>();
+    for (int flip = 1; flip <= 3; ++flip) {
+        QTRY_COMPARE(logo->isInverted(), flip % 2 == 1);
+        const qint64 lateness = clock.elapsed() - flip * 450;
+        QVERIFY2(lateness >= -20 && lateness < 300, qPrintable(QString::number(lateness)));
+    }
+}
+
+void FlashTest::aClickInTheFirst450MillisecondsDismissesAtOnceAndNothingFlips()
+{
+    Content content(windowSize);
+    content.state().showSeeMeFlash = true;
+    content.refresh();
+    const auto overlay = overlayOf(content);
+    QTest::mouseClick(overlay, Qt::LeftButton, {}, emptySpot);
+    QCOMPARE(content.state().showSeeMeFlash.value(), false);
+    while (overlay) { // until it has faded out
+        QVERIFY(!overlay->findChild<AmbrelLogo *>()->isInverted());
+        QTest::qWait(5);
+    }
+    QVERIFY(!overlayOf(content));
+}
+
+void FlashTest::clearingTheFlagStopsTheFlippingAndShowingAgainStartsWhite()
+{
+    Content content(windowSize);
+    const auto first = showFlash(content);
+    QTRY_VERIFY(first->findChild<AmbrelLogo *>()->isInverted());
+    content.state().showSeeMeFlash = false;
+    content.refresh();
+    while (first) {
+        QVERIFY(first->findChild<AmbrelLogo *>()->isInverted()); // stays as it was
+        QTest::qWait(5);
+    }
+
+    const auto second = showFlash(content);
+    QVERIFY(!second->findChild<AmbrelLogo *>()->isInverted());
+    COMPARE_COLORS(shownAt(*second, emptySpot), QColor(Qt::white));
+}
+
+void FlashTest::escapeSpaceAndEnterDismiss()
+{
+    Content content(windowSize);
+    for (const auto key : {Qt::Key_Escape, Qt::Key_Space, Qt::Key_Return, Qt::Key_Enter}) {
+        const auto overlay = showFlash(content);
+        QVERIFY(overlay->hasFocus());
+        QTest::keyClick(QApplication::focusWidget(), key);
+        QCOMPARE(content.state().showSeeMeFlash.value(), false);
+        QTRY_VERIFY(!overlay);
+    }
+}
+
+void FlashTest::focusReturnsToWhereItWas()
+{
+    Content content(windowSize);
+    auto *const email = content.named<QLineEdit>(QStringLiteral("Email"));
+    email->setFocus();
+    QTest::keyClicks(email, QStringLiteral("sam"));
+    const auto overlay = showFlash(content);
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab); // goes nowhere
+    QVERIFY(overlay->hasFocus());
+    QTest::keyClick(overlay, Qt::Key_Escape);
+    QTRY_VERIFY(email->hasFocus());
+    QTest::keyClicks(email, QStringLiteral("@"));
+    QCOMPARE(content.state().email.value(), QStringLiteral("sam@"));
+}
+
+void FlashTest::fadesInUnlessMotionIsReduced()
+{
+    Content content(windowSize);
+    content.state().showSeeMeFlash = true;
+    content.refresh();
+    QVERIFY(!isMotionReduced());
+    const QColor start = shownAt(content.window, emptySpot);
+    QVERIFY(start != QColor(Qt::white)); // the content still shines through
+    QTRY_COMPARE(shownAt(content.window, emptySpot), QColor(Qt::white));
+}
+
+void FlashTest::coversTheWindowAtEverySize()
+{
+    Content content(windowSize);
+    const auto overlay = showFlash(content);
+    QCOMPARE(overlay->geometry(), QRect(0, 0, 980, 680));
+    content.window.resize(1200, 900);
+    QTRY_COMPARE(overlay->geometry(), QRect(0, 0, 1200, 900));
+    QCOMPARE(content.window.childAt(10, 10), overlay.data());
+}
+
+void FlashTest::screenReadersSeeAPaneWithMarkAndWords()
+{
+    Content content(windowSize);
+    const auto overlay = showFlash(content);
+    auto *const accessible = QAccessible::queryAccessibleInterface(overlay);
+    QCOMPARE(accessible->role(), QAccessible::Pane);
+    QCOMPARE(accessible->text(QAccessible::Name), QStringLiteral("See Me flash"));
+    QStringList children;
+    for (int i = 0; i < accessible->childCount(); ++i)
+        children << accessible->child(i)->text(QAccessible::Name);
+    QCOMPARE(children, QStringList({QStringLiteral("Ambrel"), QStringLiteral("SEE ME")}));
+}
+
+QTEST_MAIN(FlashTest)
+#include "FlashTest.moc"
