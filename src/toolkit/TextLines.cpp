@@ -16,7 +16,7 @@ constexpr QChar ellipsis(u'\u2026');
 // Laying out a paragraph in one piece takes time that grows with the square of its length. Pieces of this many letters
 // keep it linear; a piece grows up to the larger size only while it does not fill a line.
 constexpr qsizetype pieceLetters = 512;
-constexpr qsizetype largestPieceLetters = 16 * pieceLetters;
+constexpr qsizetype largestPieceLetters = 2 * pieceLetters;
 
 // Layouts of drawn lines are kept for texts of up to this many lines, for repainting while scrolling.
 constexpr std::size_t keptLayouts = 200;

@@ -1,0 +1,19 @@
+#include "toolkit/FocusRing.h"
+
+#include <QPainter>
+
+namespace ambrel {
+
+void drawFocusRing(QPainter &painter, const QRectF &shape, qreal radius, const QColor &color)
+{
+    constexpr qreal stroke = 2;
+    constexpr qreal outset = focusRingReach - stroke / 2;
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setBrush(Qt::NoBrush);
+    painter.setPen(QPen(color, stroke));
+    painter.drawRoundedRect(shape.adjusted(-outset, -outset, outset, outset), radius + outset, radius + outset);
+    painter.restore();
+}
+
+} // namespace ambrel

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <QColor>
+#include <QWidget>
+
+namespace ambrel {
+
+class WindowControlButton;
+
+/// The colours of WindowControls.
+struct WindowControlColors
+{
+    QColor glyph;
+    QColor hoverFill;
+    QColor pressedFill;
+    QColor closeGlyph; // on the two fills below
+    QColor closeHoverFill;
+    QColor closePressedFill;
+    QColor focusRing;
+};
+
+/// Three small buttons that minimise, maximise or restore, and close the window they stand in. Main thread only.
+class WindowControls : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit WindowControls(QWidget *parent = nullptr);
+
+    /// Replaces the colours, which come from the palette at first.
+    void setColors(const WindowControlColors &colors);
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+    void showEvent(QShowEvent *event) override;
+
+private:
+    void followWindowState();
+
+    WindowControlButton *m_minimize;
+    WindowControlButton *m_maximize;
+    WindowControlButton *m_close;
+};
+
+} // namespace ambrel

@@ -1,0 +1,88 @@
+// The client-side frame on a display without a window manager, with a real pointer.
+#include "toolkit/FramedWindow.h"
+
+#include <QSignalSpy>
+
+using namespace ambrel;
+
+class WindowFrameAloneTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+
+    void draggingTheBackgroundMovesTheWindowUntilTheRelease();
+    void everyGripResizes_data();
+    void everyGripResizes();
+    void everyGripRefusesToShrinkBelowTheMinimum_data();
+    void everyGripRefusesToShrinkBelowTheMinimum();
+    void childrenWorkAfterTheWindowHasMoved();
+
+private:
+    std::unique_ptr<FramedWindow> m_window;
+};
+
+void WindowFrameAloneTest::init()
+{
+    m_window.reset();
+    pointer::forgetEarlierClicks();
+    pointer::moveTo({5, 5});
+    m_window = std::make_unique<FramedWindow>();
+    QVERIFY(QTest::qWaitForWindowExposed(m_window.get()));
+    QTRY_COMPARE(m_window->geometry(), QRect(200, 200, 400, 300));
+}
+
+void WindowFrameAloneTest::draggingTheBackgroundMovesTheWindowUntilTheRelease()
+{
+    const QPoint from = m_window->background();
+    QVERIFY(pointer::dragWindow(*m_window, from, {150, 90}));
+    const QRect moved = m_window->geometry();
+    pointer::moveTo(from + QPoint(100, 60));
+    pointer::clickAt(m_window->middleOf(m_window->button));
+    QCOMPARE(m_window->geometry(), moved);
+}
+
+void WindowFrameAloneTest::everyGripResizes_data()
+{
+    addGripRows();
+}
+
+void WindowFrameAloneTest::everyGripResizes()
+{
+    QFETCH(int, index);
+    const Grip &grip = grips[index];
+    const QPoint from = grip.in(m_window->geometry());
+    const QRect expected = grip.pulled(m_window->geometry(), 40);
+    QVERIFY(pointer::drag(from, from + 40 * grip.place, [&] { return m_window->geometry() == expected; }));
+    pointer::moveTo(from);
+    QCOMPARE(m_window->geometry(), expected);
+}
+
+void WindowFrameAloneTest::everyGripRefusesToShrinkBelowTheMinimum_data()
+{
+    addGripRows();
+}
+
+void WindowFrameAloneTest::everyGripRefusesToShrinkBelowTheMinimum()
+{
+    QFETCH(int, index);
+    const Grip &grip = grips[index];
+    const QRect before = m_window->geometry();
+    const QPoint from = grip.in(before);
+    const QSize smallest(grip.place.x() ? m_window->minimumWidth() : 400,
+                         grip.place.y() ? m_window->minimumHeight() : 300);
+    QVERIFY(pointer::drag(from, from - 350 * grip.place, [&] { return m_window->size() == smallest; }));
+    QVERIFY(grip.keepsOppositeEdges(before, m_window->geometry()));
+}
+
+void WindowFrameAloneTest::childrenWorkAfterTheWindowHasMoved()
+{
+    QVERIFY(pointer::dragWindow(*m_window, m_window->background(), {50, 50}));
+    QSignalSpy clicked(&m_window->button, &QPushButton::clicked);
+    pointer::clickAt(m_window->middleOf(m_window->button));
+    QTRY_COMPARE(clicked.count(), 1);
+}
+
+QTEST_MAIN(WindowFrameAloneTest)
+#include "WindowFrameAloneTest.moc"
