@@ -41,6 +41,11 @@ bool isLineBreak(QChar letter)
            letter == QChar::ParagraphSeparator || letter == QChar(0x85);
 }
 
+bool isBlank(QChar letter)
+{
+    return letter.isSpace();
+}
+
 /// The first letters of `text` as they are shown: line breaks as '\n', or as blanks if they are not kept.
 QString sanitized(QStringView text, qsizetype letters, bool keepsBreaks)
 {
@@ -201,10 +206,14 @@ void TextLines::replaceLastLine(const QString &text, qreal width)
 QTextLayout &TextLines::layoutOf(const Line &line) const
 {
     if (!line.layout) {
-        line.layout = std::make_unique<QTextLayout>(m_text.mid(line.start, line.length), m_font);
+        // The blanks at the end of a broken line have no place in its width.
+        const QStringView shown = QStringView(m_text).mid(line.start, line.length);
+        const qsizetype letters =
+            line.length - (std::find_if_not(shown.crbegin(), shown.crend(), isBlank) - shown.crbegin());
+        line.layout = std::make_unique<QTextLayout>(m_text.mid(line.start, letters), m_font);
         prepare(*line.layout, line.isRightToLeft);
         line.layout->beginLayout();
-        line.layout->createLine().setNumColumns(int(line.length));
+        line.layout->createLine().setNumColumns(int(letters));
         line.layout->endLayout();
     }
     return *line.layout;

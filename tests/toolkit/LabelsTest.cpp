@@ -70,6 +70,7 @@ private Q_SLOTS:
     void severalLinesKeepLineBreaksAndCountThem();
     void severalLinesAskForTheHeightTheyNeed();
     void rightToLeftTextLeadsFromTheRight();
+    void wrappedRightToLeftTextIsNotCutAtEitherSide();
     void isolatedRightToLeftTextLeadsFromTheLeft();
     void alignmentMovesTheText();
     void textIsDrawnInThePalettesColour();
@@ -292,6 +293,19 @@ void LabelsTest::rightToLeftTextLeadsFromTheRight()
     cut.resize(200, 30);
     const QRect drawn = ink(cut);
     QVERIFY(drawn.left() >= 0 && drawn.left() < 20 && drawn.right() > 190);
+}
+
+void LabelsTest::wrappedRightToLeftTextIsNotCutAtEitherSide()
+{
+    WrappedLabel label((hebrew + u' ').repeated(20));
+    for (int width = 60; width < 200; width += 7) {
+        label.setContentsMargins(0, 0, 0, 0);
+        label.resize(width, label.heightForWidth(width));
+        const QRect drawn = ink(label);
+        label.setContentsMargins(30, 0, 30, 0);
+        label.resize(width + 60, label.heightForWidth(width + 60));
+        QCOMPARE(ink(label), drawn.translated(30, 0));
+    }
 }
 
 void LabelsTest::isolatedRightToLeftTextLeadsFromTheLeft()
