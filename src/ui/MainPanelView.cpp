@@ -44,20 +44,28 @@ MainPanelView::MainPanelView(QWidget *parent)
     styleText(*m_subtitle, theme::TextStyle::Body, theme::secondaryText);
     m_cards->setSpacing(theme::cardListSpacing);
     m_cards->setPadding(theme::cardListPadding);
+    m_cards->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
+
+    // The scroll bar stands in the gap between the columns, so that the cards are as wide as what is above them.
+    const int gutter = theme::scrollBarThickness;
+    auto *const top = new QVBoxLayout;
+    top->setContentsMargins(0, 0, gutter, 0);
+    top->setSpacing(theme::matchColumnSpacing);
+    top->addLayout(makeHeader());
+    top->addWidget(m_meter);
 
     auto *const nearby = new QWidget(this);
-    nearby->setMinimumWidth(theme::matchColumnMinimumWidth);
+    nearby->setMinimumWidth(theme::matchColumnMinimumWidth + gutter);
     auto *const column = new QVBoxLayout(nearby);
     column->setContentsMargins({});
     column->setSpacing(theme::matchColumnSpacing);
-    column->addLayout(makeHeader());
-    column->addWidget(m_meter);
+    column->addLayout(top);
     column->addWidget(m_cards, 1);
 
     auto *const row = new QHBoxLayout(this);
     const int padding = theme::mainPanelPadding;
     row->setContentsMargins(padding, padding, padding, padding);
-    row->setSpacing(theme::mainPanelSpacing);
+    row->setSpacing(theme::mainPanelSpacing - gutter);
     row->addWidget(nearby, 1);
     row->addWidget(m_profile);
 

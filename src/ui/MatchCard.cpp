@@ -69,8 +69,10 @@ QLayout *MatchCard::makeSummary()
 {
     auto *const texts = new QVBoxLayout;
     texts->setSpacing(theme::cardTextSpacing);
-    for (ElidedLabel *const label : {m_name, m_heat, m_bio, m_score})
+    for (ElidedLabel *const label : {m_name, m_heat, m_bio, m_score}) {
+        label->setAlignment(Qt::AlignLeft | Qt::AlignTop | Qt::AlignAbsolute); // in every script
         texts->addWidget(label);
+    }
     texts->addStretch();
 
     auto *const summary = new QHBoxLayout;

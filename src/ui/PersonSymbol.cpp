@@ -14,13 +14,16 @@ QPainterPath ellipse(QPointF center, qreal horizontalRadius, qreal verticalRadiu
     return path;
 }
 
-/// The symbol, one unit across, around the origin.
+/// Large enough for the toolkit to cut curves out of curves smoothly.
+constexpr qreal symbolSize = 1000;
+
+/// The symbol around the origin.
 QPainterPath symbol()
 {
-    const QPainterPath inside = ellipse({}, 0.435, 0.435); // leaves a rim beneath the shoulders
-    const QPainterPath head = ellipse({0, -0.12}, 0.155, 0.175);
-    const QPainterPath shoulders = ellipse({0, 0.41}, 0.32, 0.285).intersected(inside);
-    return ellipse({}, 0.5, 0.5).subtracted(head).subtracted(shoulders);
+    const QPainterPath inside = ellipse({}, 435, 435); // leaves a rim beneath the shoulders
+    const QPainterPath head = ellipse({0, -120}, 155, 175);
+    const QPainterPath shoulders = ellipse({0, 410}, 320, 285).intersected(inside);
+    return ellipse({}, symbolSize / 2, symbolSize / 2).subtracted(head).subtracted(shoulders);
 }
 
 } // namespace
@@ -31,7 +34,7 @@ void paintPersonSymbol(QPainter &painter, QPointF center, qreal size, const QCol
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
     painter.translate(center);
-    painter.scale(size, size);
+    painter.scale(size / symbolSize, size / symbolSize);
     painter.fillPath(path, color);
     painter.restore();
 }

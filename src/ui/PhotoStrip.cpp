@@ -1,5 +1,6 @@
 #include "ui/PhotoStrip.h"
 
+#include "ui/KeyboardScrolling.h"
 #include "ui/PhotoFrame.h"
 #include "ui/Theme.h"
 
@@ -12,16 +13,17 @@ PhotoStrip::PhotoStrip(QWidget *parent) : QScrollArea(parent), m_row(new QHBoxLa
 {
     auto *const content = new QWidget(this);
     content->setLayout(m_row);
-    content->setAutoFillBackground(false);
     m_row->setContentsMargins({});
     m_row->setSpacing(theme::thumbnailSpacing);
     m_row->setSizeConstraint(QLayout::SetFixedSize);
     m_row->setAlignment(Qt::AlignLeft | Qt::AlignTop);
     setWidget(content);
+    content->setAutoFillBackground(false); // the area would fill it
     viewport()->setAutoFillBackground(false);
     setFrameShape(QFrame::NoFrame);
     setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    enableKeyboardScrolling(*this);
 }
 
 void PhotoStrip::setPhotos(const QString &personId, const QString &personName, const QList<PhotoText> &photos)

@@ -2,6 +2,8 @@
 
 #include "state/MatchProximity.h"
 #include "toolkit/WrappedLabel.h"
+#include "ui/BioText.h"
+#include "ui/KeyboardScrolling.h"
 #include "ui/LargeProfilePhoto.h"
 #include "ui/MatchTexts.h"
 #include "ui/NoProfile.h"
@@ -9,7 +11,6 @@
 #include "ui/PhotoStrip.h"
 #include "ui/TextStyling.h"
 
-#include <QEvent>
 #include <QPainter>
 #include <QScrollArea>
 #include <QScrollBar>
@@ -36,6 +37,7 @@ WrappedLabel *makeLabel(QWidget *parent, theme::TextStyle style, const QColor &c
 {
     auto *const label = new WrappedLabel({}, parent);
     styleText(*label, style, color);
+    label->setAlignment(Qt::AlignLeft | Qt::AlignTop | Qt::AlignAbsolute); // in every script
     return label;
 }
 
@@ -50,14 +52,7 @@ ProfilePanel::ProfilePanel(QWidget *parent) : QWidget(parent), m_scrollArea(new 
     m_scrollArea->setWidget(makeContent());
     m_scrollArea->widget()->setAutoFillBackground(false);
     m_scrollArea->viewport()->setAutoFillBackground(false);
-    m_scrollArea->installEventFilter(this);
-    // A stop for Tab only while there is something to scroll.
-    QScrollBar *const bar = m_scrollArea->verticalScrollBar();
-    const auto updateFocusPolicy = [this, bar] {
-        m_scrollArea->setFocusPolicy(bar->maximum() > 0 ? Qt::StrongFocus : Qt::NoFocus);
-    };
-    connect(bar, &QScrollBar::rangeChanged, this, updateFocusPolicy);
-    updateFocusPolicy();
+    enableKeyboardScrolling(*m_scrollArea);
 
     auto *const layout = new QVBoxLayout(this);
     layout->setContentsMargins({});
@@ -91,8 +86,7 @@ QWidget *ProfilePanel::makeDetails()
     m_photo = new LargeProfilePhoto(details);
     m_name = makeLabel(details, theme::TextStyle::Title2);
     m_heat = makeLabel(details, theme::TextStyle::Body, theme::secondaryText);
-    m_bio = makeLabel(details, theme::TextStyle::Body);
-    m_bio->setShowsEverything(true);
+    m_bio = new BioText(details);
     m_strip = new PhotoStrip(details);
     m_note = makeLabel(details, theme::TextStyle::Caption, theme::secondaryText);
 
@@ -125,19 +119,10 @@ void ProfilePanel::setMatch(const std::optional<MatchResult> &match)
     m_note->setText(unlockNote(shown));
 }
 
-bool ProfilePanel::eventFilter(QObject *watched, QEvent *event)
-{
-    if (event->type() == QEvent::FocusIn || event->type() == QEvent::FocusOut)
-        update();
-    return QWidget::eventFilter(watched, event);
-}
-
 void ProfilePanel::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
     fillRounded(painter, rect(), theme::regularMaterial);
-    if (m_scrollArea->hasFocus())
-        strokeFocusRing(painter, rect());
 }
 
 } // namespace ambrel

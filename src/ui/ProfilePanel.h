@@ -9,6 +9,7 @@ class QScrollArea;
 
 namespace ambrel {
 
+class BioText;
 class LargeProfilePhoto;
 class NoProfile;
 class PhotoStrip;
@@ -27,7 +28,6 @@ public:
     void setMatch(const std::optional<MatchResult> &match);
 
 protected:
-    bool eventFilter(QObject *watched, QEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
 
 private:
@@ -39,7 +39,7 @@ private:
     LargeProfilePhoto *m_photo = nullptr;
     WrappedLabel *m_name = nullptr;
     WrappedLabel *m_heat = nullptr;
-    WrappedLabel *m_bio = nullptr;
+    BioText *m_bio = nullptr;
     PhotoStrip *m_strip = nullptr;
     WrappedLabel *m_note = nullptr;
     QWidget *m_details = nullptr;

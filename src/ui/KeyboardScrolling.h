@@ -1,0 +1,11 @@
+#pragma once
+
+class QAbstractScrollArea;
+
+namespace ambrel {
+
+/// Lets Tab stop at `area` while there is something to scroll in it, with a focus ring above its content; the arrow
+/// keys then scroll. Main thread.
+void enableKeyboardScrolling(QAbstractScrollArea &area);
+
+} // namespace ambrel
