@@ -153,6 +153,7 @@ void Service::report(Account &account, double latitude, double longitude, bool d
     if (wasLive && home && distanceMeters(home->centre, account.position()) <= neighbourhoodRadius)
         return;
     const Moment nextSeeMe = home ? home->nextSeeMe : Moment::min();
+    home.reset(); // so that it is not found again
     home = neighbourhoodAt(account.position());
     home->nextSeeMe = std::max(nextSeeMe, now() + m_options.firstSeeMeDelay);
 }

@@ -38,7 +38,7 @@ Arguments parseArguments(const QCoreApplication &application)
                                           QStringLiteral("Address to listen on; 0.0.0.0 serves the local network."),
                                           QStringLiteral("ADDRESS"), QStringLiteral("127.0.0.1"));
     const QCommandLineOption peopleOption(QStringLiteral("people"),
-                                          QStringLiteral("Simulated people around every user, 0 to 10000."),
+                                          QStringLiteral("Simulated people around every user, 0 to 1000."),
                                           QStringLiteral("N"), QStringLiteral("6"));
     QCommandLineParser parser;
     parser.setApplicationDescription(QStringLiteral("A development server for Ambrel, in memory, with people in it."));
@@ -48,14 +48,14 @@ Arguments parseArguments(const QCoreApplication &application)
     parser.process(application);
 
     const auto port = numberUpTo(65'535, parser.value(portOption));
-    const auto people = numberUpTo(10'000, parser.value(peopleOption));
+    const auto people = numberUpTo(1000, parser.value(peopleOption));
     Arguments arguments;
     if (!parser.positionalArguments().isEmpty())
         fail(QStringLiteral("Unexpected argument: %1").arg(parser.positionalArguments().constFirst()));
     if (!port)
         fail(QStringLiteral("--port needs a number from 0 to 65535."));
     if (!people)
-        fail(QStringLiteral("--people needs a number from 0 to 10000."));
+        fail(QStringLiteral("--people needs a number from 0 to 1000."));
     if (!arguments.address.setAddress(parser.value(listenOption)))
         fail(QStringLiteral("--listen needs an IP address."));
     arguments.port = quint16(*port);

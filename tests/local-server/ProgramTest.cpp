@@ -123,8 +123,8 @@ private Q_SLOTS:
         row("--port", "x", "--port needs a number from 0 to 65535.\n");
         row("--port", "65536", "--port needs a number from 0 to 65535.\n");
         row("--port", "-1", "--port needs a number from 0 to 65535.\n");
-        row("--people", "10001", "--people needs a number from 0 to 10000.\n");
-        row("--people", "", "--people needs a number from 0 to 10000.\n");
+        row("--people", "1001", "--people needs a number from 0 to 1000.\n");
+        row("--people", "", "--people needs a number from 0 to 1000.\n");
         row("--listen", "example", "--listen needs an IP address.\n");
         QTest::newRow("argument") << QStringList{QStringLiteral("now")} << QByteArray("Unexpected argument: now\n");
     }
