@@ -42,5 +42,6 @@ function(ambrel_test name)
     add_test(NAME ${name} COMMAND ${name})
     set_tests_properties(${name} PROPERTIES ENVIRONMENT "QT_QPA_PLATFORM=offscreen")
   endif()
-  set_tests_properties(${name} PROPERTIES TIMEOUT ${ARG_TIMEOUT})
+  set_tests_properties(${name} PROPERTIES TIMEOUT ${ARG_TIMEOUT} ENVIRONMENT_MODIFICATION
+    "TSAN_OPTIONS=set:suppressions=${CMAKE_SOURCE_DIR}/tests/support/thread-sanitizer.suppressions")
 endfunction()
