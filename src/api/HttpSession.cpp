@@ -7,7 +7,6 @@
 
 #include <QCoreApplication>
 #include <QEventLoop>
-#include <QThread>
 #include <QThreadPool>
 #include <thread>
 
@@ -64,7 +63,6 @@ public:
 void HttpSession::Private::startThread()
 {
     networkThread = std::make_shared<Mailbox>();
-    networkThread->moveToThread(nullptr); // for the new thread to take over
     thread = std::thread([this] { runThread(); });
 }
 
@@ -77,8 +75,9 @@ void HttpSession::Private::runThread()
     HttpEngine transfers;
     loop = &events;
     engine = &transfers;
-    networkThread->moveToThread(QThread::currentThread());
+    networkThread->open();
     events.exec();
+    networkThread->close();
 }
 
 HttpSession &HttpSession::shared()

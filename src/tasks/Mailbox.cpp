@@ -1,24 +1,50 @@
 #include "tasks/Mailbox.h"
 
-#include <QCoreApplication>
-#include <QEvent>
+#include <sys/eventfd.h>
+#include <unistd.h>
 #include <utility>
 
 namespace ambrel {
 
 std::shared_ptr<Mailbox> Mailbox::ofThisThread()
 {
-    thread_local const auto mailbox = std::make_shared<Mailbox>();
+    thread_local const auto mailbox = [] {
+        auto made = std::make_shared<Mailbox>();
+        made->open();
+        return made;
+    }();
     return mailbox;
+}
+
+Mailbox::Mailbox() : m_bell(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK))
+{
+    if (m_bell < 0)
+        qFatal("no descriptor left for a mailbox");
+}
+
+Mailbox::~Mailbox()
+{
+    close();
+    ::close(m_bell);
+}
+
+void Mailbox::open()
+{
+    m_notifier.emplace(m_bell, QSocketNotifier::Read);
+    QObject::connect(&*m_notifier, &QSocketNotifier::activated, &*m_notifier, [this] { deliver(); });
+}
+
+void Mailbox::close()
+{
+    m_notifier.reset();
 }
 
 void Mailbox::post(Letter letter)
 {
     const std::lock_guard lock(m_mutex);
     m_letters.push_back(std::move(letter));
-    // Woken under the lock: the receiver takes the same lock before it frees the event.
     if (m_letters.size() == 1)
-        QCoreApplication::postEvent(this, new QEvent(QEvent::User));
+        eventfd_write(m_bell, 1);
 }
 
 bool Mailbox::deliver()
@@ -26,16 +52,13 @@ bool Mailbox::deliver()
     std::vector<Letter> letters;
     {
         const std::lock_guard lock(m_mutex);
+        eventfd_t rings = 0;
+        eventfd_read(m_bell, &rings);
         letters.swap(m_letters);
     }
     for (Letter &letter : letters)
         std::exchange(letter, nullptr)();
     return !letters.empty();
-}
-
-void Mailbox::customEvent(QEvent *)
-{
-    deliver();
 }
 
 } // namespace ambrel
