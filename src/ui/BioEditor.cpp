@@ -11,6 +11,7 @@ BioEditor::BioEditor(QWidget *parent) : QPlainTextEdit(parent)
     setTabChangesFocus(true);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setAttribute(Qt::WA_Hover);
+    document()->setDocumentMargin(theme::bioEditorTextMargin);
     viewport()->setAutoFillBackground(false); // the style draws the field with its round corners
 }
 

@@ -2,9 +2,7 @@
 
 #include "ui/AmbrelBackground.h"
 #include "ui/Divider.h"
-#if __has_include("ui/MainPanelView.h")
 #include "ui/MainPanelView.h"
-#endif
 #include "ui/SeeMeAlert.h"
 #include "ui/SeeMeFlashOverlay.h"
 #include "ui/SidebarView.h"
@@ -28,11 +26,7 @@ QScrollArea *makeMainPanelArea(QWidget &parent)
     area->setWidgetResizable(true);
     area->setFocusPolicy(Qt::NoFocus);
     area->viewport()->setAutoFillBackground(false);
-#if __has_include("ui/MainPanelView.h")
     auto *const panel = new MainPanelView(area);
-#else
-    auto *const panel = new QWidget(area);
-#endif
     area->setWidget(panel);
     panel->setAutoFillBackground(false); // the area would fill it
     QObject::connect(qApp, &QApplication::focusChanged, area, [area](QWidget *, QWidget *focused) {

@@ -115,6 +115,7 @@ inline constexpr int formTopPadding = 4;
 inline constexpr int groupBoxPadding = 8;
 inline constexpr int groupTitleSpacing = 4;
 inline constexpr int bioEditorHeight = 72;
+inline constexpr qreal bioEditorTextMargin = 8;
 inline constexpr qreal bioEditorRadius = 6;
 inline constexpr qreal bioEditorOutlineWidth = 1;
 
