@@ -4,6 +4,7 @@
 
 #include <QPainter>
 #include <QPainterPath>
+#include <algorithm>
 #include <cmath>
 
 namespace ambrel {
@@ -13,7 +14,7 @@ namespace {
 constexpr QSizeF faceSize(28, 24);
 constexpr qreal faceRadius = 6;
 constexpr qreal glyphSize = 9;
-constexpr qreal glyphStroke = 1.3;
+constexpr qreal glyphStroke = 1.2;
 
 QString nameOf(WindowControlButton::Action action)
 {
@@ -28,6 +29,19 @@ QString nameOf(WindowControlButton::Action action)
         return QStringLiteral("Close");
     }
     Q_UNREACHABLE();
+}
+
+/// The box with its corners where strokes along its sides fill whole pixels of the screen.
+QRectF sharpened(const QRectF &box, qreal stroke, const QPainter &painter)
+{
+    const QTransform toScreen = painter.deviceTransform();
+    const qreal half = stroke * toScreen.m11() / 2;
+    const auto snap = [&](QPointF corner) {
+        const QPointF pixel = toScreen.map(corner);
+        return toScreen.inverted().map(
+            QPointF(std::round(pixel.x() - half) + half, std::round(pixel.y() - half) + half));
+    };
+    return {snap(box.topLeft()), snap(box.bottomRight())};
 }
 
 } // namespace
@@ -82,21 +96,22 @@ void WindowControlButton::paintEvent(QPaintEvent *)
 
     const bool standsOnCloseFill = m_action == Action::Close && (isDown() || underMouse());
     painter.setBrush(Qt::NoBrush);
-    painter.setPen(QPen(standsOnCloseFill ? m_colors.closeGlyph : m_colors.glyph, glyphStroke, Qt::SolidLine,
-                        Qt::RoundCap, Qt::RoundJoin));
-    // Half a pixel off the grid, so that straight strokes stay sharp.
-    const QPointF middle(std::floor(face.center().x()) + 0.5, std::floor(face.center().y()) + 0.5);
-    drawGlyph(painter,
-              QRectF(middle.x() - (glyphSize - 1) / 2, middle.y() - (glyphSize - 1) / 2, glyphSize - 1, glyphSize - 1));
+    const qreal stroke = std::max(1.0, std::round(glyphStroke * devicePixelRatio())) / devicePixelRatio();
+    painter.setPen(QPen(standsOnCloseFill ? m_colors.closeGlyph : m_colors.glyph, stroke, Qt::SolidLine, Qt::RoundCap,
+                        Qt::RoundJoin));
+    QRectF box(0, 0, glyphSize - 1, m_action == Action::Minimize ? 0 : glyphSize - 1);
+    box.moveCenter(face.center());
+    drawGlyph(painter, sharpened(box, stroke, painter));
 }
 
 void WindowControlButton::drawGlyph(QPainter &painter, const QRectF &box) const
 {
     constexpr qreal radius = 1.5;
-    constexpr qreal offset = 2; // between the two sheets of "Restore"
+    // Between the two sheets of "Restore", in whole pixels of the screen.
+    const qreal offset = std::round(2 * devicePixelRatio()) / devicePixelRatio();
     switch (m_action) {
     case Action::Minimize:
-        painter.drawLine(QPointF(box.left(), box.center().y()), QPointF(box.right(), box.center().y()));
+        painter.drawLine(box.topLeft(), box.topRight());
         break;
     case Action::Maximize:
         painter.drawRoundedRect(box, radius, radius);
