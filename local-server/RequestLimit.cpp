@@ -2,8 +2,6 @@
 
 #include "local-server/Routes.h"
 
-#include <QTimer>
-
 namespace ambrel::local {
 
 RequestLimit::RequestLimit(QTcpSocket *socket) : QObject(socket), m_socket(socket)
@@ -39,7 +37,9 @@ void RequestLimit::refuse()
     // Closing while bytes still arrive would reset the connection and take the answer away from the client.
     connect(m_socket, &QTcpSocket::readyRead, m_socket, [socket = m_socket] { socket->readAll(); });
     constexpr std::chrono::seconds timeToReadTheAnswer(2);
-    QTimer::singleShot(timeToReadTheAnswer, m_socket, &QTcpSocket::abort);
+    connect(&m_farewell, &QTimer::timeout, m_socket, &QTcpSocket::abort);
+    m_farewell.setSingleShot(true);
+    m_farewell.start(timeToReadTheAnswer);
 }
 
 } // namespace ambrel::local

@@ -2,6 +2,7 @@
 
 #include <QObject>
 #include <QTcpSocket>
+#include <QTimer>
 
 namespace ambrel::local {
 
@@ -12,7 +13,7 @@ class RequestLimit : public QObject
     Q_OBJECT
 
 public:
-    static constexpr qint64 mostBytes = 16 * 1024 * 1024;
+    static constexpr qint64 mostBytes = 16LL * 1024 * 1024;
 
     /// Must be made before anybody else listens to the socket, which owns it from then on.
     explicit RequestLimit(QTcpSocket *socket);
@@ -26,6 +27,7 @@ private:
     void refuse();
 
     QTcpSocket *m_socket;
+    QTimer m_farewell;
     qint64 m_received = 0;
 };
 

@@ -81,6 +81,20 @@ void drawPark(QPainter &painter)
     hills(painter, {84, 80, 86, 82, 88}, 0xff6aa862);
 }
 
+/// Rows of windows, most of them lit, the same ones every time.
+void drawWindows(QPainter &painter, const QRectF &tower)
+{
+    const int rows = int((98 - tower.top() - 4) / 7) + 1;
+    const int columns = int((tower.width() - 6) / 5) + 1;
+    for (int row = 0; row < rows; ++row) {
+        for (int column = 0; column < columns; ++column) {
+            const bool isLit = (row * 5 + column * 7 + int(tower.left())) % 3 != 0;
+            const QRectF window(tower.left() + 3 + column * 5, tower.top() + 4 + row * 7, 2.4, 3.4);
+            painter.fillRect(window, QColor(isLit ? 0xffffd98a : 0xff6d6596));
+        }
+    }
+}
+
 void drawCity(QPainter &painter)
 {
     fill(painter, 0xff6d6aa8, 0xffffc9a0);
@@ -93,12 +107,7 @@ void drawCity(QPainter &painter)
                                             QRectF{84, 50, 20, 60}};
     for (const QRectF &tower : near) {
         painter.fillRect(tower, QColor(0xff574f7d));
-        for (double y = tower.top() + 4; y < 98; y += 7) {
-            for (double x = tower.left() + 3; x < tower.right() - 3; x += 5) {
-                const bool isLit = (int(x * 7) + int(y * 3)) % 3 != 0;
-                painter.fillRect(QRectF(x, y, 2.4, 3.4), QColor(isLit ? 0xffffd98a : 0xff6d6596));
-            }
-        }
+        drawWindows(painter, tower);
     }
 }
 

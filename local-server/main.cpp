@@ -1,4 +1,5 @@
 #include "local-server/LocalServer.h"
+#include "model/LocalizedError.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
@@ -23,10 +24,10 @@ std::optional<int> numberUpTo(int most, const QString &text)
     return isNumber && number >= 0 && number <= most ? std::optional(number) : std::nullopt;
 }
 
+/// A reason not to start: one line for the user.
 [[noreturn]] void fail(const QString &line)
 {
-    std::fprintf(stderr, "%s\n", qUtf8Printable(line));
-    std::exit(EXIT_FAILURE);
+    throw ambrel::LocalizedError(line);
 }
 
 Arguments parseArguments(const QCoreApplication &application)
@@ -71,11 +72,16 @@ int main(int argc, char **argv)
     QCoreApplication::setApplicationName(QStringLiteral("ambrel-local-server"));
     QCoreApplication::setApplicationVersion(QStringLiteral(AMBREL_VERSION));
 
-    const Arguments arguments = parseArguments(application);
-    ambrel::LocalServer server(arguments.options);
-    if (server.listen(arguments.address, arguments.port) == 0)
-        fail(server.errorText());
-    std::printf("Ambrel local server is ready at %s\n", qUtf8Printable(server.url().toString()));
-    std::fflush(stdout);
-    return QCoreApplication::exec();
+    try {
+        const Arguments arguments = parseArguments(application);
+        ambrel::LocalServer server(arguments.options);
+        if (server.listen(arguments.address, arguments.port) == 0)
+            fail(server.errorText());
+        std::printf("Ambrel local server is ready at %s\n", qUtf8Printable(server.url().toString()));
+        std::fflush(stdout);
+        return QCoreApplication::exec();
+    } catch (const ambrel::LocalizedError &error) {
+        std::fprintf(stderr, "%s\n", qUtf8Printable(error.errorDescription()));
+        return EXIT_FAILURE;
+    }
 }
