@@ -164,6 +164,8 @@ QString HttpTransfer::failureSentence(CURLcode code) const
         return connectSentenceFor(number(CURLINFO_OS_ERRNO));
     if (code == CURLE_SSL_CONNECT_ERROR && hungUpInHandshake(m_errorText))
         return sentenceFor(CURLE_RECV_ERROR);
+    if (code == CURLE_RECV_ERROR && number(CURLINFO_HTTP_CONNECTCODE) >= 300)
+        return sentenceFor(CURLE_PROXY);
     return sentenceFor(code);
 }
 

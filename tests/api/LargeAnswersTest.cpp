@@ -4,6 +4,7 @@
 #include "api/HttpTransfer.h"
 #include "support/ScriptedServer.h"
 
+#include <QAbstractEventDispatcher>
 #include <QFile>
 #include <QTest>
 #include <cstdio>
@@ -75,6 +76,7 @@ private Q_SLOTS:
     void endlessHeadersEnd();
     void aLargeAnswerArrivesWhole_data();
     void aLargeAnswerArrivesWhole();
+    void aLargeAnswerWakesTheCallingThreadOnce();
     void aZippedBombIsUnreadableAndStaysSmall();
     void badGzipIsUnreadable();
 };
@@ -140,6 +142,19 @@ void LargeAnswersTest::aLargeAnswerArrivesWhole()
     const auto answer = recordOf(AmbrelAPI(server.url()).check(QStringLiteral("u"), QStringLiteral("d")));
     QVERIFY(answer);
     QCOMPARE(answer->matches.first().profilePhoto->view(), std::string_view(photo.data(), photo.size()));
+}
+
+void LargeAnswersTest::aLargeAnswerWakesTheCallingThreadOnce()
+{
+    ScriptedServer server;
+    server.on("GET", "/health", ScriptedReply::json("{\"ok\":true,\"name\":\"" + QByteArray(30'000'000, 'n') + "\"}"));
+    const Awaited health(AmbrelAPI(server.url()).health());
+    QCoreApplication::processEvents();
+    int turns = 0;
+    connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock, this, [&turns] { ++turns; });
+    QVERIFY(health.wait().record());
+    disconnect(QAbstractEventDispatcher::instance(), nullptr, this, nullptr);
+    QVERIFY2(turns <= 2, qPrintable(QString::number(turns))); // to wait for the answer, and to leave the loop
 }
 
 void LargeAnswersTest::aZippedBombIsUnreadableAndStaysSmall()

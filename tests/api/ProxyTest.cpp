@@ -17,11 +17,13 @@ private Q_SLOTS:
     void exceptionsAreAskedDirectly();
     void aProxyThatIsNotThereCannotBeConnectedTo();
     void aProxyThatWantsAPasswordShowsItsStatus();
+    void aProxyThatRefusesATunnelIsNamed();
 };
 
 void ProxyTest::cleanup()
 {
     qunsetenv("http_proxy");
+    qunsetenv("https_proxy");
     qunsetenv("no_proxy");
 }
 
@@ -64,6 +66,15 @@ void ProxyTest::aProxyThatWantsAPasswordShowsItsStatus()
     qputenv("http_proxy", proxy.url().toLatin1());
     QCOMPARE(failureOf(AmbrelAPI(QStringLiteral("http://far.invalid")).health()),
              QStringLiteral("AmbrelAPIError: Server returned 407."));
+}
+
+void ProxyTest::aProxyThatRefusesATunnelIsNamed()
+{
+    ScriptedServer proxy;
+    proxy.on("CONNECT", "far.invalid:443", ScriptedReply::answer(502));
+    qputenv("https_proxy", proxy.url().toLatin1());
+    QCOMPARE(failureOf(AmbrelAPI(QStringLiteral("https://far.invalid")).health()),
+             transport("The proxy server refused the connection."));
 }
 
 QTEST_GUILESS_MAIN(ProxyTest)
