@@ -4,10 +4,10 @@
 #include "api/CurlErrors.h"
 #include "api/HttpEngine.h"
 #include "api/TransportError.h"
+#include "tasks/Worker.h"
 
 #include <QCoreApplication>
 #include <QEventLoop>
-#include <QThreadPool>
 #include <thread>
 
 namespace ambrel {
@@ -36,7 +36,7 @@ std::exception_ptr refusalOf(const QUrl &url)
 void closeSharedSession()
 {
     HttpSession::shared().close();
-    QThreadPool::globalInstance()->waitForDone(); // answers that are being decoded
+    waitForWorkers(); // answers that are being decoded
     while (Mailbox::ofThisThread()->deliver()) {
     }
 }

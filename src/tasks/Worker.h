@@ -7,6 +7,9 @@ namespace ambrel {
 /// Runs `work()` on the worker pool. It must not throw. Callable from any thread.
 void startOnWorker(std::function<void()> work);
 
+/// Blocks until all work that was started has ended: for the end of the program.
+void waitForWorkers();
+
 /// Runs `work()` on the worker pool; `co_await` its value, or its exception, on the calling thread.
 template <typename Work>
 auto runOnWorker(Work work)

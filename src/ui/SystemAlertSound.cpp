@@ -1,8 +1,9 @@
 #include "ui/SystemAlertSound.h"
 
+#include "tasks/Worker.h"
+
 #include <QApplication>
 #include <QLibrary>
-#include <QThreadPool>
 #include <mutex>
 
 #if __has_include(<canberra.h>)
@@ -65,7 +66,7 @@ SystemAlertSound::~SystemAlertSound() = default;
 
 void SystemAlertSound::play()
 {
-    QThreadPool::globalInstance()->start([player = m_player] {
+    startOnWorker([player = m_player] {
         if (!player->play())
             QMetaObject::invokeMethod(QCoreApplication::instance(), &QApplication::beep, Qt::QueuedConnection);
     });
