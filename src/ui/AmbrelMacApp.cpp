@@ -1,6 +1,7 @@
 #include "ui/AmbrelMacApp.h"
 
 #include "state/AmbrelAppState.h"
+#include "toolkit/ClientSideFrame.h"
 #include "ui/AmbrelLogo.h"
 #include "ui/AmbrelStyle.h"
 #include "ui/ContentView.h"
@@ -62,6 +63,7 @@ std::unique_ptr<QWidget> AmbrelMacApp::openWindow()
     window->setWindowTitle(QStringLiteral("Ambrel"));
     window->setMinimumSize(theme::windowMinimumSize);
     window->setGeometry(comfortableGeometry(*primaryScreen()));
+    new ClientSideFrame(*window); // owned by the window
     ViewEnvironment::inject(*window, m_state);
 
     auto *const layout = new QVBoxLayout(window.get());

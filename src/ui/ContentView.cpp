@@ -1,5 +1,6 @@
 #include "ui/ContentView.h"
 
+#include "toolkit/WindowControls.h"
 #include "ui/AmbrelBackground.h"
 #include "ui/Divider.h"
 #include "ui/MainPanelView.h"
@@ -38,7 +39,8 @@ QScrollArea *makeMainPanelArea(QWidget &parent)
 
 } // namespace
 
-ContentView::ContentView(QWidget *parent) : QWidget(parent), m_background(new AmbrelBackground(this))
+ContentView::ContentView(QWidget *parent)
+    : QWidget(parent), m_background(new AmbrelBackground(this)), m_controls(new WindowControls(this))
 {
     auto *const row = new QHBoxLayout(m_background);
     const int padding = theme::windowPadding;
@@ -48,6 +50,15 @@ ContentView::ContentView(QWidget *parent) : QWidget(parent), m_background(new Am
     row->addWidget(new Divider(Qt::Vertical, m_background));
     row->addWidget(makeMainPanelArea(*m_background), 1);
 
+    m_controls->setColors({.glyph = theme::windowControlGlyph,
+                           .hoverFill = theme::windowControlHovered,
+                           .pressedFill = theme::windowControlPressed,
+                           .closeGlyph = theme::closeControlGlyph,
+                           .closeHoverFill = theme::closeControlHovered,
+                           .closePressedFill = theme::closeControlPressed,
+                           .focusRing = theme::focusRing});
+    m_controls->adjustSize();
+
     connect(&ViewEnvironment::of(*this), &ViewEnvironment::stateDidChange, this, &ContentView::refresh);
     refresh();
 }
@@ -55,6 +66,7 @@ ContentView::ContentView(QWidget *parent) : QWidget(parent), m_background(new Am
 void ContentView::resizeEvent(QResizeEvent *)
 {
     m_background->setGeometry(rect());
+    m_controls->move(width() - m_controls->width() - theme::windowControlsMargin, theme::windowControlsMargin);
 }
 
 void ContentView::refresh()

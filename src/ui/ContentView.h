@@ -11,9 +11,10 @@ namespace ambrel {
 class AmbrelBackground;
 class SeeMeAlert;
 class SeeMeFlashOverlay;
+class WindowControls;
 
 /// All that the window shows: sidebar and main panel on the background, the See Me flash above them, and the alert for
-/// an incoming See Me above all.
+/// an incoming See Me above all. The controls of the frameless window stand in its top right corner.
 class ContentView : public QWidget
 {
     Q_OBJECT
@@ -32,6 +33,7 @@ private:
     void moveFocus();
 
     AmbrelBackground *const m_background;
+    WindowControls *const m_controls;
     QPointer<SeeMeFlashOverlay> m_flash;
     QPointer<SeeMeAlert> m_alert;
     QPointer<QWidget> m_focusBeneath; ///< what had the focus before a layer took it

@@ -1,12 +1,12 @@
 #include "ui/ServerLocationForm.h"
 
+#include "toolkit/Switch.h"
 #include "ui/AmbrelPrimaryButton.h"
 #include "ui/AmbrelSecondaryButton.h"
 #include "ui/Divider.h"
 #include "ui/FormLayout.h"
+#include "ui/Theme.h"
 #include "ui/ViewEnvironment.h"
-
-#include <QCheckBox>
 
 namespace ambrel {
 
@@ -18,7 +18,8 @@ ServerLocationForm::ServerLocationForm(QWidget *parent) : QGroupBox(QStringLiter
     auto *const latitude = makeTextField(QStringLiteral("Latitude"), &AmbrelAppState::latitudeText, *this);
     auto *const longitude = makeTextField(QStringLiteral("Longitude"), &AmbrelAppState::longitudeText, *this);
     form->addLayout(makeRow({latitude, longitude}));
-    m_discoverable = new QCheckBox(QStringLiteral("Discoverable"), this);
+    m_discoverable = new Switch(QStringLiteral("Discoverable"), this);
+    m_discoverable->setColors({theme::controlAccent, theme::switchOff, theme::switchKnob, theme::focusRing});
     form->addWidget(m_discoverable);
     form->addWidget(makeCaption(
         QStringLiteral("Mac build uses manual location until desktop location permissions are added."), *this));
@@ -36,7 +37,7 @@ ServerLocationForm::ServerLocationForm(QWidget *parent) : QGroupBox(QStringLiter
     form->addWidget(m_betaStatus);
 
     auto &state = ViewEnvironment::of(*this).state();
-    connect(m_discoverable, &QCheckBox::toggled, this, [&state](bool isOn) {
+    connect(m_discoverable, &Switch::toggled, this, [&state](bool isOn) {
         if (state.discoverable != isOn)
             state.discoverable = isOn;
     });

@@ -2,13 +2,12 @@
 
 #include <QGroupBox>
 
-class QCheckBox;
-
 namespace ambrel {
 
 class AmbrelPrimaryButton;
 class AmbrelSecondaryButton;
 class AmbrelAppState;
+class Switch;
 class WrappedLabel;
 
 /// Server address, position and discoverability, going live and pausing, and the server check with its two lines.
@@ -24,7 +23,7 @@ public:
     void refresh(const AmbrelAppState &state);
 
 private:
-    QCheckBox *m_discoverable = nullptr;
+    Switch *m_discoverable = nullptr;
     AmbrelPrimaryButton *m_goLive = nullptr;
     AmbrelSecondaryButton *m_checkServer = nullptr;
     WrappedLabel *m_serverStatus = nullptr;

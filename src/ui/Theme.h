@@ -58,6 +58,17 @@ inline const QColor divider = QColor::fromRgbF(0.55F, 0.36F, 0.29F, 0.35F);
 inline const QColor scrollBarHandle = QColor::fromRgbF(0.35F, 0.26F, 0.235F, 0.4F);
 inline const QColor scrollBarHandleHovered = QColor::fromRgbF(0.35F, 0.26F, 0.235F, 0.7F);
 
+// Switch and window controls
+
+inline const QColor switchOff = QColor::fromRgbF(0.35F, 0.26F, 0.235F, 0.55F);
+inline const QColor switchKnob = Qt::white;
+inline const QColor windowControlGlyph = secondaryText;
+inline const QColor windowControlHovered = QColor::fromRgbF(1.0F, 1.0F, 1.0F, 0.5F);
+inline const QColor windowControlPressed = QColor::fromRgbF(1.0F, 1.0F, 1.0F, 0.8F);
+inline const QColor closeControlGlyph = Qt::white;
+inline const QColor closeControlHovered = ambrelRed;
+inline const QColor closeControlPressed = secondaryButtonLabel;
+
 // Live pill, cards, photos, brand mark, alert
 
 inline const QColor pausedPill = QColor::fromRgbF(1.0F, 1.0F, 1.0F, 0.62F);
@@ -76,6 +87,7 @@ inline constexpr QSize windowMinimumSize{980, 680};
 inline constexpr QSize windowComfortableSize{1280, 860};
 inline constexpr int windowPadding = 18;
 inline constexpr int sidebarWidth = 340;
+inline constexpr int windowControlsMargin = 4;
 inline constexpr int dividerThickness = 1;
 inline constexpr int mainPanelPadding = 18;
 inline constexpr int mainPanelSpacing = 18;

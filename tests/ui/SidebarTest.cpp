@@ -6,7 +6,6 @@
 #include "ui/ViewFixture.h"
 
 #include <QAccessible>
-#include <QCheckBox>
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QLineEdit>
