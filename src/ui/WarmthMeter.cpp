@@ -27,7 +27,7 @@ WarmthMeter::WarmthMeter(QWidget *parent)
     column->addWidget(m_logo, 0, Qt::AlignHCenter);
     column->addWidget(m_headline);
     column->addWidget(m_line);
-    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Minimum); // as high as its texts wrap to
     setMatch({});
 }
 
