@@ -1,6 +1,6 @@
 #include "ui/FormLayout.h"
 
-#include "ui/Theme.h"
+#include "ui/TextStyling.h"
 
 namespace ambrel {
 
@@ -33,9 +33,8 @@ QLineEdit *makeTextField(const QString &placeholder, TextField field, QWidget &p
 WrappedLabel *makeCaption(const QString &text, QWidget &parent)
 {
     auto *const label = new WrappedLabel(text, &parent);
-    label->setFont(theme::font(theme::TextStyle::Caption));
     label->setAlignment(Qt::AlignLeft | Qt::AlignAbsolute | Qt::AlignTop);
-    theme::setTextColor(*label, theme::secondaryText);
+    styleText(*label, theme::TextStyle::Caption, theme::secondaryText);
     return label;
 }
 

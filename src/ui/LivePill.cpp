@@ -1,13 +1,12 @@
 #include "ui/LivePill.h"
 
 #include "ui/Painting.h"
-#include "ui/Theme.h"
+#include "ui/TextStyling.h"
 
 namespace ambrel {
 
 LivePill::LivePill(bool isLive, QWidget *parent) : QLabel(parent), m_isLive(!isLive)
 {
-    setFont(theme::font(theme::TextStyle::CaptionBold));
     setAlignment(Qt::AlignCenter);
     setContentsMargins(theme::pillHorizontalPadding, theme::pillVerticalPadding, theme::pillHorizontalPadding,
                        theme::pillVerticalPadding);
@@ -19,7 +18,7 @@ void LivePill::setLive(bool isLive)
 {
     if (std::exchange(m_isLive, isLive) == isLive)
         return;
-    theme::setTextColor(*this, isLive ? QColor(Qt::white) : theme::secondaryText);
+    styleText(*this, theme::TextStyle::CaptionBold, isLive ? QColor(Qt::white) : theme::secondaryText);
     setText(isLive ? QStringLiteral("LIVE") : QStringLiteral("PAUSED"));
 }
 

@@ -4,7 +4,7 @@
 #include "ui/AccessibleRole.h"
 #include "ui/AmbrelPrimaryButton.h"
 #include "ui/Painting.h"
-#include "ui/Theme.h"
+#include "ui/TextStyling.h"
 
 #include <QKeyEvent>
 #include <QLabel>
@@ -30,7 +30,7 @@ SeeMeAlert::SeeMeAlert(const QString &message, std::function<void()> onDismiss, 
     setAccessibleName(title());
 
     m_heading = new QLabel(title(), m_sheet);
-    m_heading->setFont(theme::font(theme::TextStyle::Title2));
+    styleText(*m_heading, theme::TextStyle::Title2);
     m_heading->setAlignment(Qt::AlignCenter);
     m_messageArea = new QScrollArea(m_sheet);
     m_messageArea->setFrameShape(QFrame::NoFrame);

@@ -4,7 +4,7 @@
 #include "ui/AccessibleRole.h"
 #include "ui/AmbrelLogo.h"
 #include "ui/ReducedMotion.h"
-#include "ui/Theme.h"
+#include "ui/TextStyling.h"
 
 #include <QKeyEvent>
 #include <QLabel>
@@ -37,7 +37,6 @@ SeeMeFlashOverlay::SeeMeFlashOverlay(std::function<void()> onDismiss, QWidget *p
     setAccessibleName(QStringLiteral("See Me flash"));
     setAttribute(Qt::WA_OpaquePaintEvent, false);
     setFocusPolicy(Qt::StrongFocus);
-    m_title->setFont(theme::font(theme::TextStyle::FlashTitle));
     m_title->setAttribute(Qt::WA_TransparentForMouseEvents);
 
     auto *const column = new QVBoxLayout(this);
@@ -77,7 +76,7 @@ void SeeMeFlashOverlay::flip()
 
 void SeeMeFlashOverlay::showColoring()
 {
-    theme::setTextColor(*m_title, m_alternate ? QColor(Qt::white) : theme::ambrelRed);
+    styleText(*m_title, theme::TextStyle::FlashTitle, m_alternate ? QColor(Qt::white) : theme::ambrelRed);
     m_logo->setInverted(m_alternate);
     update();
 }

@@ -5,7 +5,7 @@
 #include "ui/FormLayout.h"
 #include "ui/Painting.h"
 #include "ui/ServerLocationForm.h"
-#include "ui/Theme.h"
+#include "ui/TextStyling.h"
 #include "ui/ViewEnvironment.h"
 
 #include <QLabel>
@@ -28,9 +28,9 @@ public:
     QHBoxLayout *makeHeader()
     {
         auto *const name = new QLabel(QStringLiteral("Ambrel"), this);
-        name->setFont(theme::font(theme::TextStyle::Wordmark));
+        styleText(*name, theme::TextStyle::Wordmark);
         auto *const tagline = new QLabel(QStringLiteral("Dating IRL"), this);
-        theme::setTextColor(*tagline, theme::secondaryText);
+        styleText(*tagline, theme::TextStyle::Body, theme::secondaryText);
 
         auto *const lines = new QVBoxLayout; // owned by the header
         lines->setSpacing(theme::sidebarTitleSpacing);
@@ -84,7 +84,7 @@ SidebarView::SidebarView(QWidget *parent) : QWidget(parent)
     m_account = new AccountForm(content);
     m_serverLocation = new ServerLocationForm(content);
     m_status = makeCaption({}, *content);
-    m_status->setFont(theme::font(theme::TextStyle::Footnote));
+    styleText(*m_status, theme::TextStyle::Footnote, theme::secondaryText);
     m_status->setAccessibleDescription(QStringLiteral("Status"));
 
     auto *const column = new QVBoxLayout(content);

@@ -3,7 +3,6 @@
 #include <QApplication>
 #include <QFontDatabase>
 #include <QFontInfo>
-#include <QWidget>
 #include <algorithm>
 #include <array>
 #include <utility>
@@ -61,13 +60,6 @@ QFont font(TextStyle style)
     font.setPixelSize(entry->pixelSize);
     font.setWeight(entry->weight);
     return font;
-}
-
-void setTextColor(QWidget &label, const QColor &color)
-{
-    QPalette colors = label.palette();
-    colors.setColor(QPalette::WindowText, color);
-    label.setPalette(colors);
 }
 
 QPalette palette()

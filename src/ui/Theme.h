@@ -6,8 +6,6 @@
 #include <QSize>
 #include <chrono>
 
-class QWidget;
-
 /// Every colour, length, font and duration of the user interface. Lengths are device-independent pixels.
 namespace ambrel::theme {
 
@@ -201,9 +199,6 @@ enum class TextStyle {
 /// The font of a text style, in the desktop's own family where that has true heavy weights. Main thread, after the
 /// application object exists.
 QFont font(TextStyle style);
-
-/// Gives a label its colour.
-void setTextColor(QWidget &label, const QColor &color);
 
 /// The light palette of every control, complete in all roles and groups, whatever the desktop's colours are.
 QPalette palette();

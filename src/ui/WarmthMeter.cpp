@@ -5,7 +5,7 @@
 #include "toolkit/WrappedLabel.h"
 #include "ui/AmbrelLogo.h"
 #include "ui/Painting.h"
-#include "ui/Theme.h"
+#include "ui/TextStyling.h"
 
 #include <QVBoxLayout>
 
@@ -15,9 +15,9 @@ WarmthMeter::WarmthMeter(QWidget *parent)
     : QWidget(parent), m_logo(new AmbrelLogo(theme::meterLogoSize, false, this)),
       m_headline(new WrappedLabel({}, this)), m_line(new WrappedLabel({}, this))
 {
-    m_headline->setFont(theme::font(theme::TextStyle::Title2));
+    styleText(*m_headline, theme::TextStyle::Title2);
     m_headline->setAlignment(Qt::AlignCenter);
-    theme::setTextColor(*m_line, theme::secondaryText);
+    styleText(*m_line, theme::TextStyle::Body, theme::secondaryText);
     m_line->setAlignment(Qt::AlignCenter);
 
     auto *const column = new QVBoxLayout(this);
