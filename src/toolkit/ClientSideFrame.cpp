@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QMouseEvent>
+#include <QScreen>
 #include <QWidget>
 #include <QWindow>
 #include <algorithm>
@@ -174,7 +175,10 @@ void ClientSideFrame::endPress(const QMouseEvent &event)
 
 Qt::Edges ClientSideFrame::edgesAt(QPointF position) const
 {
-    if (m_window.windowState() & (Qt::WindowMaximized | Qt::WindowFullScreen))
+    // Without a window manager a window that calls itself maximised stays as it is.
+    const QSize screen = m_handle->screen()->availableSize();
+    const bool isMaximized = m_window.isMaximized() && m_handle->width() >= screen.width();
+    if (isMaximized || m_window.isFullScreen())
         return {};
     const qreal left = position.x();
     const qreal top = position.y();

@@ -1,6 +1,8 @@
 #include "toolkit/LazyColumn.h"
 
+#include <QEvent>
 #include <QGuiApplication>
+#include <QLayout>
 #include <QScopedValueRollback>
 #include <QScrollBar>
 #include <QWheelEvent>
@@ -17,6 +19,8 @@ constexpr int singleStepPixels = 32;
 int naturalHeight(QWidget &row, int width)
 {
     row.ensurePolished();
+    if (QLayout *layout = row.layout())
+        layout->activate(); // the layouts within it may still remember another font
     const int wanted = row.hasHeightForWidth() ? row.heightForWidth(width) : row.sizeHint().height();
     return std::clamp(wanted, std::max(1, row.minimumHeight()), row.maximumHeight());
 }
@@ -95,12 +99,14 @@ void LazyColumn::refresh()
 
 bool LazyColumn::event(QEvent *event)
 {
-    const bool handled = QAbstractScrollArea::event(event);
     if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange) {
+        // The rows have their new sizes only after they have been told, too.
         m_measuredWidth = -1;
-        layOutAgain();
+        QCoreApplication::postEvent(this, new QEvent(QEvent::LayoutRequest));
     }
-    return handled;
+    if (event->type() == QEvent::LayoutRequest && m_measuredWidth < 0)
+        layOutAgain();
+    return QAbstractScrollArea::event(event);
 }
 
 void LazyColumn::resizeEvent(QResizeEvent *)
@@ -156,9 +162,14 @@ LazyColumn::Anchor LazyColumn::currentAnchor() const
 void LazyColumn::measureRow()
 {
     const int width = viewport()->width();
-    if (m_fixedRowHeight > 0)
+    if (width == m_measuredWidth)
+        return;
+    if (m_fixedRowHeight > 0) {
         m_rowHeight = m_fixedRowHeight;
-    if (m_fixedRowHeight > 0 || m_count == 0 || width == m_measuredWidth)
+        m_measuredWidth = width;
+        return;
+    }
+    if (m_count == 0)
         return;
     if (m_rows.empty()) {
         if (m_source.count() == 0)

@@ -112,8 +112,9 @@ void TextLabel::paintEvent(QPaintEvent *event)
     linesAt(contentsRect().width()).draw(painter, contentsRect(), m_alignment, event->rect());
 }
 
-const TextLines &TextLabel::linesAt(int width) const
+const TextLines &TextLabel::linesAt(int wanted) const
 {
+    const int width = std::max(0, wanted);
     if (m_measured[0].width != width) {
         std::swap(m_measured[0], m_measured[1]);
         if (m_measured[0].width != width) {

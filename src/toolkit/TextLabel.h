@@ -46,7 +46,7 @@ private:
         TextLines lines;
     };
 
-    const TextLines &linesAt(int width) const;
+    const TextLines &linesAt(int wanted) const;
     void forgetLines();
 
     QString m_text;

@@ -13,7 +13,6 @@ using namespace ambrel;
 namespace {
 
 const QString prose = QStringLiteral("Likes long walks, short films and a good espresso in the morning. ").repeated(4);
-const QString million(1'000'000, u'w');
 const QString hebrew = QStringLiteral("\u05e9\u05dc\u05d5\u05dd");
 
 /// Everything that is drawn in a label, as a rectangle in the label's pixels.
@@ -56,16 +55,9 @@ private Q_SLOTS:
     void wrappedTextNeverReachesBeyondItsWidth();
     void wrappedTextKeepsItsLineBreaks();
     void longWordDoesNotForceTheWindowWide();
-    void millionLettersAreCutAfterBoundedWork();
-    void millionLettersShownWholeTakeLinearWork();
-    void millionBlanksAndLineBreaksShownWholeTakeLinearWork();
-    void twentyThousandCombiningMarksTakeBoundedWork();
-    void repaintingPartOfAnEndlessTextLaysNothingOutAgain();
     void elidedTextThatFitsIsShownWhole();
     void elidedTextEndsInAnEllipsis();
     void elidedTextFillsItsLinesBeforeItEnds();
-    void elidedMegabyteTakesBoundedWork();
-    void elidedTextIsNeverCutInsideALetter();
     void oneLineShowsControlCharactersAsBlanks();
     void severalLinesKeepLineBreaksAndCountThem();
     void severalLinesAskForTheHeightTheyNeed();
@@ -77,10 +69,6 @@ private Q_SLOTS:
     void equalTextNeitherPaintsNorLaysOut();
     void textOfTheSameSizeLaysNothingElseOut();
     void labelsAreStaticTextNamedForTheirText();
-    void isolationLeavesPlainTextAlone_data();
-    void isolationLeavesPlainTextAlone();
-    void isolationWrapsWhatWouldReorderTheSentence();
-    void isolationCannotBeBrokenOutOf();
 };
 
 void LabelsTest::wrappedTextIsExactlyAsHighAsItSaysAtEveryWidth()
@@ -144,58 +132,6 @@ void LabelsTest::longWordDoesNotForceTheWindowWide()
     QCOMPARE(wrapped->height(), wrapped->heightForWidth(wrapped->width()));
 }
 
-void LabelsTest::millionLettersAreCutAfterBoundedWork()
-{
-    WrappedLabel label(million);
-    label.resize(300, label.heightForWidth(300));
-    label.grab();
-    QVERIFY(label.height() < 300 * label.fontMetrics().lineSpacing());
-    QVERIFY2(label.laidOutLetters() < 10'000, qPrintable(QString::number(label.laidOutLetters())));
-    QCOMPARE(label.text(), million);
-}
-
-void LabelsTest::millionLettersShownWholeTakeLinearWork()
-{
-    WrappedLabel label(million);
-    label.setShowsEverything(true);
-    const int height = label.heightForWidth(300);
-    const int lettersInALine = 300 / label.fontMetrics().horizontalAdvance(u'w');
-    QVERIFY(height >= 1'000'000 / lettersInALine * label.fontMetrics().height());
-    QVERIFY2(label.laidOutLetters() < 1'500'000, qPrintable(QString::number(label.laidOutLetters())));
-}
-
-void LabelsTest::millionBlanksAndLineBreaksShownWholeTakeLinearWork()
-{
-    for (const QString &text : {QString(1'000'000, u' '), QString(100'000, u'\n'), QString(200'000, u'\u0301')}) {
-        const TextLines lines = TextLines::wrapped(text, QApplication::font(), 300);
-        QVERIFY2(lines.laidOutLetters() <= 3 * text.size(), qPrintable(QString::number(lines.laidOutLetters())));
-    }
-}
-
-void LabelsTest::twentyThousandCombiningMarksTakeBoundedWork()
-{
-    const QString marks = QStringLiteral("Z") + QString(20'000, u'\u0336');
-    WrappedLabel wrapped(marks);
-    ElidedLabel elided(marks);
-    for (TextLabel *label : {static_cast<TextLabel *>(&wrapped), static_cast<TextLabel *>(&elided)}) {
-        label->resize(200, label->sizeHint().height());
-        label->grab();
-        QVERIFY2(label->laidOutLetters() < 10'000, qPrintable(QString::number(label->laidOutLetters())));
-    }
-    QVERIFY(elided.sizeHint().height() < 3 * elided.fontMetrics().height());
-}
-
-void LabelsTest::repaintingPartOfAnEndlessTextLaysNothingOutAgain()
-{
-    WrappedLabel label(million);
-    label.setShowsEverything(true);
-    label.resize(300, label.heightForWidth(300));
-    const qsizetype work = label.laidOutLetters();
-    QImage screen(300, 400, QImage::Format_RGB32);
-    label.render(&screen, {}, QRect(0, label.height() / 2, 300, 400));
-    QCOMPARE(label.laidOutLetters(), work);
-}
-
 void LabelsTest::elidedTextThatFitsIsShownWhole()
 {
     ElidedLabel label(QStringLiteral("Maximilian"));
@@ -225,28 +161,6 @@ void LabelsTest::elidedTextFillsItsLinesBeforeItEnds()
     QVERIFY(two.shownText().endsWith(u'\u2026'));
     QVERIFY(two.width() > 190);
     QCOMPARE(two.height(), 2 * one.height());
-}
-
-void LabelsTest::elidedMegabyteTakesBoundedWork()
-{
-    for (const QString &text : {million, QString(1'000'000, u'\u0301'), QString(1'000'000, u'\u200b'),
-                                QString(1'000'000, u' '), prose.repeated(20'000), QString(1'000'000, QChar(0))}) {
-        ElidedLabel label(text);
-        label.setMaximumLines(2);
-        label.resize(400, label.heightForWidth(400));
-        label.grab();
-        QVERIFY2(label.laidOutLetters() < 15'000, qPrintable(QString::number(label.laidOutLetters())));
-        QVERIFY(TextLines::elided(text, label.font(), 400, 2).shownText().endsWith(u'\u2026'));
-    }
-}
-
-void LabelsTest::elidedTextIsNeverCutInsideALetter()
-{
-    const QString emoji = QStringLiteral("\U0001F600").repeated(100'000);
-    for (int width = 5; width < 200; ++width) {
-        const QString shown = TextLines::elided(emoji, QApplication::font(), width, 2).shownText().chopped(1);
-        QVERIFY(shown.isValidUtf16());
-    }
 }
 
 void LabelsTest::oneLineShowsControlCharactersAsBlanks()
@@ -396,52 +310,6 @@ void LabelsTest::labelsAreStaticTextNamedForTheirText()
     QCOMPARE(second->text(QAccessible::Name), QStringLiteral("Ready."));
     elided.setAccessibleDescription(QStringLiteral("Status"));
     QCOMPARE(second->text(QAccessible::Description), QStringLiteral("Status"));
-}
-
-void LabelsTest::isolationLeavesPlainTextAlone_data()
-{
-    QTest::addColumn<QString>("text");
-    QTest::newRow("empty") << QString();
-    QTest::newRow("latin") << QStringLiteral("Sam O'Neil & <b>co</b> 42%");
-    QTest::newRow("Chinese") << QStringLiteral("\u4f60\u597d");
-    QTest::newRow("emoji family") << QStringLiteral("\U0001F469\u200D\U0001F469\u200D\U0001F467");
-    QTest::newRow("combining") << QStringLiteral("e\u0301");
-}
-
-void LabelsTest::isolationLeavesPlainTextAlone()
-{
-    QFETCH(QString, text);
-    QCOMPARE(isolated(text), text);
-}
-
-void LabelsTest::isolationWrapsWhatWouldReorderTheSentence()
-{
-    const auto wrap = [](const QString &text) { return QStringLiteral("\u2068") + text + QStringLiteral("\u2069"); };
-    for (const QString &text : {hebrew, QStringLiteral("Sam ") + hebrew, QStringLiteral("\u0633\u0644\u0627\u0645"),
-                                QStringLiteral("a\u202Eb"), QStringLiteral("a\u200Fb"), QStringLiteral("a\u200Eb"),
-                                QStringLiteral("\U00010A00")})
-        QCOMPARE(isolated(text), wrap(text));
-}
-
-void LabelsTest::isolationCannotBeBrokenOutOf()
-{
-    const QString closing = QStringLiteral("a\u2069\u202Eb");
-    const QString opening = QStringLiteral("a\u2067b");
-    const auto depthStaysAboveZero = [](const QString &text) {
-        int depth = 0;
-        for (qsizetype i = 0; i < text.size(); ++i) {
-            const QChar::Direction direction = text[i].direction();
-            depth += direction == QChar::DirFSI || direction == QChar::DirRLI || direction == QChar::DirLRI ? 1 : 0;
-            depth -= direction == QChar::DirPDI ? 1 : 0;
-            if (depth <= 0 && i + 1 < text.size())
-                return false;
-        }
-        return depth == 0;
-    };
-    for (const QString &text : {closing, opening, closing + opening, opening + closing, closing.repeated(3)}) {
-        QVERIFY(depthStaysAboveZero(isolated(text)));
-        QVERIFY(isolated(text).contains(text));
-    }
 }
 
 QTEST_MAIN(LabelsTest)

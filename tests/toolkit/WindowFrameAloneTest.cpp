@@ -18,6 +18,7 @@ private Q_SLOTS:
     void everyGripRefusesToShrinkBelowTheMinimum_data();
     void everyGripRefusesToShrinkBelowTheMinimum();
     void childrenWorkAfterTheWindowHasMoved();
+    void doubleClickLeavesTheGripsInReach();
 
 private:
     std::unique_ptr<FramedWindow> m_window;
@@ -82,6 +83,14 @@ void WindowFrameAloneTest::childrenWorkAfterTheWindowHasMoved()
     QSignalSpy clicked(&m_window->button, &QPushButton::clicked);
     pointer::clickAt(m_window->middleOf(m_window->button));
     QTRY_COMPARE(clicked.count(), 1);
+}
+
+void WindowFrameAloneTest::doubleClickLeavesTheGripsInReach()
+{
+    pointer::doubleClickAt(m_window->background());
+    QTRY_VERIFY(m_window->isMaximized());
+    const QPoint from = grips[1].in(m_window->geometry());
+    QVERIFY(pointer::drag(from, from + QPoint(40, 0), [this] { return m_window->width() == 440; }));
 }
 
 QTEST_MAIN(WindowFrameAloneTest)
