@@ -15,6 +15,7 @@ constexpr QSizeF faceSize(28, 24);
 constexpr qreal faceRadius = 6;
 constexpr qreal glyphSize = 9;
 constexpr qreal glyphStroke = 1.2;
+constexpr qreal slantedStroke = 1.6; // looks as heavy as the upright ones
 
 QString nameOf(WindowControlButton::Action action)
 {
@@ -97,7 +98,8 @@ void WindowControlButton::paintEvent(QPaintEvent *)
     const bool standsOnCloseFill = m_action == Action::Close && (isDown() || underMouse());
     painter.setBrush(Qt::NoBrush);
     const qreal stroke = std::max(1.0, std::round(glyphStroke * devicePixelRatio())) / devicePixelRatio();
-    painter.setPen(QPen(standsOnCloseFill ? m_colors.closeGlyph : m_colors.glyph, stroke, Qt::SolidLine, Qt::RoundCap,
+    painter.setPen(QPen(standsOnCloseFill ? m_colors.closeGlyph : m_colors.glyph,
+                        m_action == Action::Close ? slantedStroke : stroke, Qt::SolidLine, Qt::RoundCap,
                         Qt::RoundJoin));
     QRectF box(0, 0, glyphSize - 1, m_action == Action::Minimize ? 0 : glyphSize - 1);
     box.moveCenter(face.center());
