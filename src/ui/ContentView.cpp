@@ -97,6 +97,10 @@ void ContentView::showFlash(bool isShown)
 
 void ContentView::showAlert(const std::optional<SeeMeMessage> &message)
 {
+    const bool isNew = message && message != m_message;
+    m_message = message;
+    if (isNew)
+        QApplication::alert(window());
     if (!message) {
         if (m_alert) {
             m_alert->hide();
@@ -111,7 +115,6 @@ void ContentView::showAlert(const std::optional<SeeMeMessage> &message)
     } else {
         m_alert = new SeeMeAlert(
             message->body, [&state] { state.incomingSeeMe = std::nullopt; }, this);
-        QApplication::alert(window());
         // The alert does not keep the flash beneath it from being dismissed.
         connect(m_alert, &SeeMeAlert::clickedBeside, this, [this, &state] {
             if (m_flash)

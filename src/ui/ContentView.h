@@ -36,7 +36,8 @@ private:
     WindowControls *const m_controls;
     QPointer<SeeMeFlashOverlay> m_flash;
     QPointer<SeeMeAlert> m_alert;
-    QPointer<QWidget> m_focusBeneath; ///< what had the focus before a layer took it
+    std::optional<SeeMeMessage> m_message; ///< the one that the window has asked attention for
+    QPointer<QWidget> m_focusBeneath;      ///< what had the focus before a layer took it
 };
 
 } // namespace ambrel

@@ -36,6 +36,7 @@ class ThemeTest : public QObject
 private Q_SLOTS:
     void bodyTextIsReadableOnEveryMaterialOverEveryStopOfTheGradient();
     void buttonLabelsAreReadableAtRest();
+    void fixedColorsThatFallShortAreKnown();
     void paletteIsLightInEveryRoleAndGroup();
     void heavyStylesAreTrulyHeavy();
 };
@@ -60,6 +61,17 @@ void ThemeTest::buttonLabelsAreReadableAtRest()
         const QColor card = over(theme::regularMaterial, stop);
         QVERIFY(contrast(theme::secondaryButtonLabel, over(theme::secondaryButton, card)) >= 4.5);
     }
+}
+
+void ThemeTest::fixedColorsThatFallShortAreKnown()
+{
+    // These colours are given, so they stay; what they lack of 4.5:1 (3:1 for large text) is on record here.
+    const QColor card = over(theme::regularMaterial, theme::backgroundEnd);
+    const double pressedLabel = contrast(theme::primaryButtonLabel, over(theme::primaryButtonPressed, card));
+    QVERIFY(pressedLabel > 3.3 && pressedLabel < 4.5); // only while the button is held down
+    const double title = contrast(theme::ambrelRed, theme::backgroundMiddle);
+    QVERIFY(title >= 3.0); // large, and never far beyond the middle of the gradient
+    QVERIFY(contrast(theme::ambrelRed, theme::backgroundEnd) < 3.0);
 }
 
 void ThemeTest::paletteIsLightInEveryRoleAndGroup()

@@ -1,0 +1,39 @@
+// Stands in for the sound library: as slow as a sound server that is hard to reach, it notes in the environment which
+// event it was asked to play.
+#include <QByteArray>
+#include <canberra.h>
+#include <chrono>
+#include <cstdarg>
+#include <string_view>
+#include <thread>
+
+namespace {
+
+int theOnlyContext = 0;
+
+} // namespace
+
+int ca_context_create(ca_context **context)
+{
+    *context = reinterpret_cast<ca_context *>(&theOnlyContext);
+    return CA_SUCCESS;
+}
+
+int ca_context_destroy(ca_context *)
+{
+    return CA_SUCCESS;
+}
+
+int ca_context_play(ca_context *, uint32_t id, ...)
+{
+    std::this_thread::sleep_for(std::chrono::milliseconds(500));
+    std::va_list properties;
+    va_start(properties, id);
+    while (const char *const key = va_arg(properties, const char *)) {
+        const char *const value = va_arg(properties, const char *);
+        if (std::string_view(key) == CA_PROP_EVENT_ID)
+            qputenv("FAKE_CANBERRA_PLAYED", QByteArray(value));
+    }
+    va_end(properties);
+    return CA_SUCCESS;
+}
