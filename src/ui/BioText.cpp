@@ -5,6 +5,7 @@
 
 #include <QResizeEvent>
 #include <QTimer>
+#include <algorithm>
 
 namespace ambrel {
 
@@ -93,12 +94,9 @@ QSize BioText::sizeHint() const
 
 int BioText::heightForWidth(int wantedWidth) const
 {
-    if (wantedWidth == width())
-        return m_height;
-    int height = 0;
-    for (const WrappedLabel *const piece : m_pieces)
-        height += piece->heightForWidth(wantedWidth);
-    return height;
+    // Layouts try several widths: an estimate does until one of them is given, and then resizeEvent measures.
+    const qint64 area = qint64(m_height) * width();
+    return wantedWidth == width() ? m_height : int(std::min<qint64>(area / std::max(1, wantedWidth), QWIDGETSIZE_MAX));
 }
 
 } // namespace ambrel

@@ -36,9 +36,9 @@ std::optional<MatchResult> warmestOf(const AmbrelAppState &state)
 } // namespace
 
 MainPanelView::MainPanelView(QWidget *parent)
-    : QWidget(parent), m_title(new ElidedLabel({}, this)), m_subtitle(new ElidedLabel({}, this)),
-      m_pill(new LivePill(false, this)), m_meter(new WarmthMeter(this)), m_cards(new LazyColumn(*this, this)),
-      m_profile(new ProfilePanel(this))
+    : QWidget(parent), m_nearby(new QWidget(this)), m_title(new ElidedLabel({}, m_nearby)),
+      m_subtitle(new ElidedLabel({}, m_nearby)), m_pill(new LivePill(false, m_nearby)),
+      m_meter(new WarmthMeter(m_nearby)), m_cards(new LazyColumn(*this, m_nearby)), m_profile(new ProfilePanel(this))
 {
     styleText(*m_title, theme::TextStyle::LargeTitle, theme::ambrelRed);
     styleText(*m_subtitle, theme::TextStyle::Body, theme::secondaryText);
@@ -54,9 +54,8 @@ MainPanelView::MainPanelView(QWidget *parent)
     top->addLayout(makeHeader());
     top->addWidget(m_meter);
 
-    auto *const nearby = new QWidget(this);
-    nearby->setMinimumWidth(theme::matchColumnMinimumWidth + gutter);
-    auto *const column = new QVBoxLayout(nearby);
+    m_nearby->setMinimumWidth(theme::matchColumnMinimumWidth + gutter);
+    auto *const column = new QVBoxLayout(m_nearby);
     column->setContentsMargins({});
     column->setSpacing(theme::matchColumnSpacing);
     column->addLayout(top);
@@ -66,7 +65,7 @@ MainPanelView::MainPanelView(QWidget *parent)
     const int padding = theme::mainPanelPadding;
     row->setContentsMargins(padding, padding, padding, padding);
     row->setSpacing(theme::mainPanelSpacing - gutter);
-    row->addWidget(nearby, 1);
+    row->addWidget(m_nearby, 1);
     row->addWidget(m_profile);
 
     connect(&ViewEnvironment::of(*this), &ViewEnvironment::stateDidChange, this, &MainPanelView::refresh);

@@ -38,6 +38,7 @@ private:
     QList<MatchResult> m_matches;
     std::optional<QString> m_selectedUserId;
 
+    QWidget *const m_nearby; ///< all but the profile, and before it in reading order
     ElidedLabel *const m_title;
     ElidedLabel *const m_subtitle;
     LivePill *const m_pill;

@@ -37,6 +37,8 @@ public:
     void setPhoto(const QString &personId, const QString &personName, const std::optional<PhotoText> &photo);
     /// True when there is no photo to be seen: none given, or its text is no photo.
     bool isLocked() const { return m_content == Content::Placeholder; }
+    /// True while a photo is being decoded, or compared with the one that is shown.
+    bool isWaiting() const { return m_order != nullptr; }
 
 Q_SIGNALS:
     /// The frame shows something else.
