@@ -1,6 +1,6 @@
 // Strict base64 decoding of a photo's text, beside the toolkit's decoder on the same text.
 
-#include "Interleaved.h"
+#include "support/Interleaved.h"
 #include "ui/Base64.h"
 
 #include <cstdio>

@@ -1,8 +1,8 @@
 // Decoding check replies into records, beside QJsonDocument into the same records and beside a plain copy of the body.
 
-#include "Interleaved.h"
 #include "model/Json.h"
 #include "model/ResponseRecords.h"
+#include "support/Interleaved.h"
 
 #include <QFile>
 #include <QJsonArray>

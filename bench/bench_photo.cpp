@@ -1,7 +1,7 @@
 // A photo's text to the pixels that are drawn, beside libjpeg-turbo's own scaled decode of the same file.
 
-#include "Interleaved.h"
 #include "support/DrawnPhoto.h"
+#include "support/Interleaved.h"
 #include "ui/Base64.h"
 #include "ui/DataUrlImage.h"
 

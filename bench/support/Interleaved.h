@@ -1,6 +1,7 @@
 #pragma once
 
-#include <algorithm>
+#include "support/Samples.h"
+
 #include <ctime>
 #include <utility>
 #include <vector>
@@ -34,11 +35,7 @@ std::pair<double, double> interleavedMedians(int rounds, First &&first, Second &
         firsts.push_back(secondsFor(first));
         seconds.push_back(secondsFor(second));
     }
-    const auto median = [](std::vector<double> &times) {
-        std::nth_element(times.begin(), times.begin() + static_cast<std::ptrdiff_t>(times.size() / 2), times.end());
-        return times[times.size() / 2];
-    };
-    return {median(firsts), median(seconds)};
+    return {medianOf(firsts), medianOf(seconds)};
 }
 
 } // namespace ambrel

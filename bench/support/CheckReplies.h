@@ -1,0 +1,45 @@
+#pragma once
+
+#include "support/DrawnPhoto.h"
+
+namespace ambrel {
+
+/// A JPEG of a drawing with noise as a sensor makes it; a smooth drawing alone would be no photo.
+inline QByteArray noisyPhotoFile(QSize size, int person = 0)
+{
+    QImage drawn = drawnPortrait(size, person);
+    unsigned value = 1;
+    for (int y = 0; y < drawn.height(); ++y) {
+        auto *const line = reinterpret_cast<quint32 *>(drawn.scanLine(y));
+        for (int x = 0; x < drawn.width(); ++x)
+            line[x] ^= ((value = value * 1664525 + 1013904223) >> 27) * 0x010101U & 0x0f0f0f;
+    }
+    return fileOf(drawn);
+}
+
+/// A reply with `matchCount` people, each with the photo texts given; `variant` moves them a little.
+inline QByteArray checkReply(int matchCount, const QList<QByteArray> &photos = {}, int variant = 0)
+{
+    QByteArray list;
+    for (const QByteArray &photo : photos)
+        list += (list.isEmpty() ? "\"" : ",\"") + photo + '"';
+    QByteArray matches;
+    matches.reserve(matchCount * (list.size() + 300));
+    for (int i = 0; i < matchCount; ++i) {
+        matches += (i ? ",{" : "{") + QByteArray("\"userId\":\"user-") + QByteArray::number(i) +
+                   "\",\"displayName\":\"Person " + QByteArray::number(i) +
+                   "\",\"distanceMeters\":" + QByteArray::number(12.5 + variant) +
+                   ",\"aToB\":72.5,\"bToA\":64,\"heatLevel\":\"VERY_HOT\","
+                   "\"profileBio\":\"Likes long walks, short films and caf\xC3\xA9s.\",\"profilePhotos\":[" +
+                   list + "],\"updatedAt\":\"2026-01-01T00:00:00Z\"}";
+    }
+    return "{\"active\":true,\"thresholdPercent\":70,\"matches\":[" + matches + "],\"seeMeMessages\":[]}";
+}
+
+/// The text of a photo file as it travels.
+inline QByteArray photoText(const QByteArray &file)
+{
+    return "data:image/jpeg;base64," + file.toBase64();
+}
+
+} // namespace ambrel

@@ -1,0 +1,20 @@
+#pragma once
+
+#include <vector>
+
+namespace ambrel {
+
+/// One turn of the main thread's event loop: from waking up to going back to sleep. Nothing is painted and no key is
+/// heard before it ends.
+struct Turn
+{
+    double milliseconds = 0;     ///< without the time in which other programs had the processor
+    double wallMilliseconds = 0; ///< with it
+};
+
+/// Forgets the turns so far and records from now on. Call it on the main thread.
+void startRecordingTurns();
+/// The turns since recording began or since they were last taken.
+std::vector<Turn> takeTurns();
+
+} // namespace ambrel

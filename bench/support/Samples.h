@@ -1,0 +1,24 @@
+#pragma once
+
+#include <algorithm>
+#include <vector>
+
+namespace ambrel {
+
+/// The middle of `values`, 0 when there are none.
+inline double medianOf(std::vector<double> values)
+{
+    if (values.empty())
+        return 0;
+    const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
+    std::nth_element(values.begin(), middle, values.end());
+    return *middle;
+}
+
+/// The largest of `values`, 0 when there are none.
+inline double largestOf(const std::vector<double> &values)
+{
+    return values.empty() ? 0 : *std::max_element(values.begin(), values.end());
+}
+
+} // namespace ambrel
