@@ -32,10 +32,10 @@ Response decoded(const HttpReply &reply)
 
 /// Performs one exchange. The bytes go from the network thread to the worker pool; only the record comes back.
 template <typename Response>
-HandOff<Response> send(HttpRequest request)
+HandOff<Response> send(const HttpRequest &request)
 {
     const HandOff<Response> answer;
-    HttpSession::shared().perform(std::move(request), [answer](Outcome<HttpReply> outcome) {
+    HttpSession::shared().perform(request, [answer](Outcome<HttpReply> outcome) {
         if (auto *const failure = std::get_if<std::exception_ptr>(&outcome)) {
             answer.finish(std::move(*failure));
             return;
@@ -56,7 +56,7 @@ QCoro::Task<Response> post(QUrl baseURL, PostEndpoint<Request, Response> endpoin
     request.url = appendingPath(baseURL, QString::fromLatin1(endpoint.path));
     request.body = writeRecord(body);
     request.repeat = endpoint.repeat;
-    co_return co_await send<Response>(std::move(request));
+    co_return co_await send<Response>(request);
 }
 
 template <typename Response>
@@ -66,7 +66,7 @@ QCoro::Task<Response> get(QUrl baseURL, GetEndpoint<Response> endpoint, QString 
     request.url = appendingPath(baseURL, QString::fromLatin1(endpoint.path) + userId);
     if (!query.isEmpty())
         request.url.setQuery(query, QUrl::StrictMode);
-    co_return co_await send<Response>(std::move(request));
+    co_return co_await send<Response>(request);
 }
 
 /// The query that names this installation.

@@ -30,7 +30,7 @@ HttpEngine::~HttpEngine()
     curl_global_cleanup();
 }
 
-void HttpEngine::start(std::shared_ptr<HttpTransfer> transfer)
+void HttpEngine::start(const std::shared_ptr<HttpTransfer> &transfer)
 {
     startHop(transfer);
     awaitSilence();

@@ -20,7 +20,7 @@ public:
     ~HttpEngine() override;
 
     /// Begins an exchange and keeps it until its receiver has been called.
-    void start(std::shared_ptr<HttpTransfer> transfer);
+    void start(const std::shared_ptr<HttpTransfer> &transfer);
 
 private:
     struct Watch

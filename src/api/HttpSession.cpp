@@ -95,7 +95,7 @@ HttpSession::~HttpSession()
     close();
 }
 
-void HttpSession::perform(HttpRequest request, HttpReceiver receiver)
+void HttpSession::perform(const HttpRequest &request, HttpReceiver receiver)
 {
     if (auto refusal = refusalOf(request.url)) {
         receiver(std::move(refusal));

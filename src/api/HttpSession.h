@@ -25,7 +25,7 @@ public:
     /// Performs one exchange, redirects included. `receiver` is called exactly once: on the network thread, or at
     /// once where nothing can be sent. It gets a TransportError on failure, or AmbrelAPIError "No server response."
     /// for an address that would answer without HTTP. Any thread.
-    void perform(HttpRequest request, HttpReceiver receiver);
+    void perform(const HttpRequest &request, HttpReceiver receiver);
 
     /// Fails what is under way and stops the network thread; later requests fail at once. Any thread but that one.
     void close();

@@ -47,9 +47,10 @@ bool isHttpAddress(const QUrl &url)
            !url.host().isEmpty();
 }
 
-HttpTransfer::HttpTransfer(const HttpRequest &request, const TransferLimits &limits, HttpReceiver receiver)
+HttpTransfer::HttpTransfer(const HttpRequest &request, TransferLimits limits, HttpReceiver receiver)
     : m_url(request.url.toEncoded()), m_isPost(request.method == HttpRequest::Method::Post), m_body(request.body),
-      m_mayRepeat(request.repeat == HttpRequest::Repeat::Harmless), m_limits(limits), m_receiver(std::move(receiver))
+      m_mayRepeat(request.repeat == HttpRequest::Repeat::Harmless), m_limits(std::move(limits)),
+      m_receiver(std::move(receiver))
 {
 }
 

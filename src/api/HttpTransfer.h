@@ -27,7 +27,7 @@ class HttpTransfer
 public:
     using Clock = std::chrono::steady_clock;
 
-    HttpTransfer(const HttpRequest &request, const TransferLimits &limits, HttpReceiver receiver);
+    HttpTransfer(const HttpRequest &request, TransferLimits limits, HttpReceiver receiver);
     ~HttpTransfer();
     HttpTransfer(const HttpTransfer &) = delete;
     HttpTransfer &operator=(const HttpTransfer &) = delete;
