@@ -132,7 +132,7 @@ void ScriptedServer::serve(ScriptedConnection &connection)
 ScriptedReply ScriptedServer::replyTo(const ReceivedRequest &request)
 {
     const std::lock_guard lock(m_mutex);
-    m_requests.append(request);
+    m_requests.push_back(request);
     const auto found = m_endpoints.find({request.method, request.path});
     if (found != m_endpoints.end()) {
         auto &[once, always, releases] = found->second;
@@ -240,13 +240,14 @@ void ScriptedServer::release(const QByteArray &method, const QByteArray &path)
 QList<ReceivedRequest> ScriptedServer::requests() const
 {
     const std::lock_guard lock(m_mutex);
-    return m_requests;
+    return {m_requests.begin(), m_requests.end()};
 }
 
 QList<ReceivedRequest> ScriptedServer::requests(const QByteArray &method, const QByteArray &path) const
 {
+    const std::lock_guard lock(m_mutex);
     QList<ReceivedRequest> found;
-    for (const ReceivedRequest &request : requests()) {
+    for (const ReceivedRequest &request : m_requests) {
         if (request.method == method && request.path == path)
             found.append(request);
     }

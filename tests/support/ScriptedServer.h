@@ -9,6 +9,7 @@
 #include <map>
 #include <memory>
 #include <thread>
+#include <vector>
 
 namespace ambrel {
 
@@ -79,7 +80,7 @@ private:
     bool m_stopping = false;
     std::map<Key, Endpoint> m_endpoints;
     ScriptedReply m_onConnect;
-    QList<ReceivedRequest> m_requests;
+    std::vector<ReceivedRequest> m_requests; // not a QList, whose sharing between threads a race checker misreads
     QList<QByteArray> m_unforeseen;
     std::list<std::pair<std::unique_ptr<ScriptedConnection>, std::thread>> m_connections;
 
