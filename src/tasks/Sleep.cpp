@@ -7,6 +7,8 @@ namespace ambrel {
 
 QCoro::Task<bool> sleepFor(std::chrono::milliseconds duration, std::stop_token stop)
 {
+    if (stop.stop_requested())
+        co_return false; // at exit no event loop is left to wake a timer
     QTimer timer;
     timer.setSingleShot(true);
     timer.setTimerType(Qt::PreciseTimer);
