@@ -81,6 +81,8 @@ void ReducedMotionTest::followsTheDesktopAndSkipsTheFade()
     const QPointer<SeeMeFlashOverlay> fading = new SeeMeFlashOverlay([] {}, &window);
     QVERIFY(!fading->findChild<AmbrelLogo *>()->isVisible()); // a picture of it fades in first
     QTRY_VERIFY(fading->findChild<AmbrelLogo *>()->isVisible());
+    fading->remove();
+    QTRY_VERIFY(!fading);
 }
 
 QTEST_MAIN(ReducedMotionTest)

@@ -29,6 +29,13 @@ public:
         QTRY_VERIFY(window.isActiveWindow());
     }
 
+    ~ViewFixture()
+    {
+        delete view;
+        QCoreApplication::processEvents(); // what slept in the view wakes up and ends
+    }
+    Q_DISABLE_COPY_MOVE(ViewFixture)
+
     AmbrelAppState &state() { return *m_state.state; }
     /// Lets the views see what has changed.
     void refresh() { QCoreApplication::processEvents(); }
