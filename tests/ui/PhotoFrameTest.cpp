@@ -131,7 +131,8 @@ private Q_SLOTS:
     void whatIsNoPhotoShowsTheLock_data()
     {
         QTest::addColumn<QByteArray>("text");
-        std::string broken(plainPhoto(Qt::red).view());
+        const PhotoText red = plainPhoto(Qt::red);
+        std::string broken(red.view());
         broken.insert(40, "\n");
         QTest::newRow("newline inside the base64") << QByteArray::fromStdString(broken);
         QTest::newRow("empty") << QByteArray();
@@ -154,7 +155,8 @@ private Q_SLOTS:
     void aPhotoWithoutACommaIsShown()
     {
         CardPhoto card;
-        const std::string_view text = plainPhoto(Qt::green).view();
+        const PhotoText photo = plainPhoto(Qt::green);
+        const std::string_view text = photo.view();
         const PhotoText bare(text.substr(text.find(',') + 1));
         card.view->setMatch(person(QStringLiteral("Ana"), {bare}));
         QTRY_VERIFY(card.isSettled());
