@@ -1,8 +1,8 @@
 #include "ui/SystemAlertSound.h"
 
-#include <QElapsedTimer>
+#include "tasks/Worker.h"
+
 #include <QTest>
-#include <QThreadPool>
 
 using namespace ambrel;
 
@@ -20,10 +20,8 @@ private Q_SLOTS:
 void SystemAlertSoundTest::playsTheDesktopsNewMessageSoundWithoutWaitingForIt()
 {
     SystemAlertSound sound;
-    QElapsedTimer clock;
-    clock.start();
     sound.play();
-    QVERIFY(clock.elapsed() < 250); // the library takes 500
+    QVERIFY(qEnvironmentVariableIsEmpty("FAKE_CANBERRA_PLAYED")); // the library takes its time
     QTRY_COMPARE(qgetenv("FAKE_CANBERRA_PLAYED"), QByteArray("message-new-instant"));
 }
 
@@ -33,7 +31,7 @@ void SystemAlertSoundTest::mayGoWhileASoundIsUnderWay()
         SystemAlertSound sound;
         sound.play();
     }
-    QVERIFY(QThreadPool::globalInstance()->waitForDone(5000));
+    waitForWorkers();
     QCOMPARE(qgetenv("FAKE_CANBERRA_PLAYED"), QByteArray("message-new-instant"));
 }
 
