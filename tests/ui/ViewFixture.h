@@ -5,6 +5,7 @@
 #include "ui/ViewEnvironment.h"
 
 #include <QAbstractButton>
+#include <QPointer>
 #include <QVBoxLayout>
 
 namespace ambrel {
@@ -71,7 +72,7 @@ private:
 
 public:
     QWidget window; // goes before the state
-    View *view = nullptr;
+    QPointer<View> view; // a test may take it away
 };
 
 } // namespace ambrel
