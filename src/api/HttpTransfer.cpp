@@ -151,7 +151,7 @@ void HttpTransfer::finish(CURLcode code)
     const auto receiver = std::exchange(m_receiver, nullptr);
     if (isAnswer) {
         if (!m_answer)
-            m_answer = std::make_shared<Bytes>();
+            m_answer = makeSharedBytes();
         receiver(HttpReply{status, std::move(m_answer)});
     } else {
         const QString sentence = m_refusal ? *m_refusal : failureSentence(code);
@@ -224,7 +224,7 @@ bool HttpTransfer::acceptBody(std::string_view more)
 /// Makes the body as large as the server announces, so that it never moves while it grows.
 void HttpTransfer::makeRoom()
 {
-    m_answer = std::make_shared<Bytes>();
+    m_answer = makeSharedBytes();
     const curl_off_t announced = std::max<curl_off_t>(0, amount(CURLINFO_CONTENT_LENGTH_DOWNLOAD_T));
     const auto size = static_cast<std::size_t>(announced);
     if (!isSuccess(number(CURLINFO_RESPONSE_CODE)))

@@ -1,5 +1,7 @@
 #include "model/Bytes.h"
 
+#include "tasks/Worker.h"
+
 #include <algorithm>
 #include <cstring>
 #include <new>
@@ -28,6 +30,16 @@ void Bytes::append(std::string_view more)
     std::memcpy(m_data.get() + m_size, more.data(), more.size());
     m_size += more.size();
     std::memset(m_data.get() + m_size, 0, padding);
+}
+
+std::shared_ptr<Bytes> makeSharedBytes()
+{
+    constexpr std::size_t large = std::size_t{1024} * 1024;
+    return {new Bytes, [](Bytes *last) { // owned by the pointer
+                std::unique_ptr<Bytes> bytes(last);
+                if (bytes->capacity() >= large)
+                    destroyOnWorker(std::move(bytes));
+            }};
 }
 
 } // namespace ambrel

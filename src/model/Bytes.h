@@ -38,4 +38,8 @@ private:
     std::size_t m_capacity = 0;
 };
 
+/// An empty block to be shared. Whoever lets go of it last, on whatever thread, a large block is given back to the
+/// system on the worker pool: that takes a millisecond for every ten to twenty megabytes.
+std::shared_ptr<Bytes> makeSharedBytes();
+
 } // namespace ambrel

@@ -4,7 +4,13 @@ namespace ambrel {
 
 PhotoText::PhotoText(const QString &text) : PhotoText(std::string_view(text.toStdString())) {}
 
-PhotoText::PhotoText(std::string_view text) : m_bytes(std::make_shared<const Bytes>(text)), m_text(m_bytes->view()) {}
+PhotoText::PhotoText(std::string_view text)
+{
+    const auto bytes = makeSharedBytes();
+    bytes->append(text);
+    m_bytes = bytes;
+    m_text = bytes->view();
+}
 
 PhotoText::PhotoText(std::shared_ptr<const Bytes> reply, std::string_view text)
     : m_bytes(std::move(reply)), m_text(text)
