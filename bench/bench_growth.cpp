@@ -8,6 +8,7 @@
 #include <QApplication>
 
 using namespace ambrel;
+using namespace std::chrono_literals;
 
 namespace {
 
@@ -15,7 +16,7 @@ namespace {
 double cycleCost(int matches)
 {
     const ReplyServer server(matches, 0, 2);
-    LiveWindow client(server.url(), std::chrono::milliseconds(20));
+    LiveWindow client(server.url(), {.livePause = 20ms, .seeMePause = 1h});
     client.runCycles(3);
     std::vector<double> costs;
     for (int i = 0; i < 15; ++i)

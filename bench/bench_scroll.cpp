@@ -14,6 +14,7 @@
 #include <QWheelEvent>
 
 using namespace ambrel;
+using namespace std::chrono_literals;
 
 namespace {
 
@@ -32,7 +33,7 @@ int main(int argc, char **argv)
 {
     QApplication application(argc, argv);
     const ReplyServer server(10'000, 200, 2);
-    LiveWindow client(server.url(), std::chrono::milliseconds(100));
+    LiveWindow client(server.url(), {.livePause = 100ms, .seeMePause = 100ms});
     client.runCycles(2);
     auto *const column = client.window.findChild<LazyColumn *>();
 

@@ -11,6 +11,7 @@
 #include <QApplication>
 
 using namespace ambrel;
+using namespace std::chrono_literals;
 
 namespace {
 
@@ -50,7 +51,7 @@ void compare(const char *name, int matches, int photoWidth, double limit)
         client.QWidget::show();
         naive = stallsOf(cycles / 4, [&] { client.runCycle(); });
     }
-    LiveWindow client(server.url(), std::chrono::milliseconds(50));
+    LiveWindow client(server.url(), {.livePause = 50ms, .seeMePause = 50ms});
     const Stalls ours = stallsOf(cycles, [&] { client.runCycles(1); });
 
     const double median = medianOf(ours.longest);

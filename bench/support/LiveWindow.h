@@ -15,9 +15,9 @@ namespace ambrel {
 class LiveWindow
 {
 public:
-    explicit LiveWindow(const QString &serverUrl, std::chrono::milliseconds pause)
+    LiveWindow(const QString &serverUrl, const LiveTimings &timings)
         : m_fixture({{QStringLiteral("serverBaseURL"), serverUrl}, {QStringLiteral("userId"), QStringLiteral("me")}},
-                    {.livePause = pause, .seeMePause = pause})
+                    timings)
     {
         AmbrelStyle::install();
         ViewEnvironment &environment = ViewEnvironment::inject(window, m_fixture.state);

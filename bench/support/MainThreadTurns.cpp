@@ -2,9 +2,11 @@
 
 #include "support/ThreadClock.h"
 
+#include <cstdint>
 #include <dlfcn.h>
 #include <optional>
 #include <poll.h>
+#include <sys/stat.h>
 #include <utility>
 
 namespace {
@@ -13,53 +15,83 @@ struct Recorder
 {
     ambrel::ThreadClock clock;
     std::vector<ambrel::Turn> turns;
-    double wokeAt = 0;
-    double wokeAtWall = 0;
+    double wokeAt = clock.milliseconds();
+    double wokeAtWall = ambrel::ThreadClock::wallMilliseconds();
+    double displayTime = 0; ///< spent waiting for the display server in this turn
 
-    void wake()
+    template <typename Wait>
+    int betweenTurns(Wait wait)
     {
+        turns.push_back({clock.milliseconds() - wokeAt - std::exchange(displayTime, 0),
+                         ambrel::ThreadClock::wallMilliseconds() - wokeAtWall});
+        const int ready = wait();
         wokeAt = clock.milliseconds();
         wokeAtWall = ambrel::ThreadClock::wallMilliseconds();
+        return ready;
     }
-    void sleep()
+
+    template <typename Wait>
+    void *withinTurn(Wait wait)
     {
-        turns.push_back({clock.milliseconds() - wokeAt, ambrel::ThreadClock::wallMilliseconds() - wokeAtWall});
+        const double begin = clock.milliseconds();
+        void *const reply = wait();
+        displayTime += clock.milliseconds() - begin;
+        return reply;
     }
 };
 
 std::optional<Recorder> recorder;
 
-// An event loop waits for many descriptors; a wait for one alone is part of a turn (for the display server, say).
-bool isEventLoop(nfds_t count)
+bool isMainThread()
 {
-    return recorder && count > 1 && gettid() == getpid();
+    return gettid() == getpid();
 }
 
 template <typename Wait>
-int recorded(nfds_t count, Wait wait)
+int recordedPoll(const pollfd *descriptors, nfds_t count, Wait wait)
 {
-    if (!isEventLoop(count))
-        return wait();
-    recorder->sleep();
-    const int ready = wait();
-    recorder->wake();
-    return ready;
+    struct stat kind
+    {
+    };
+    const bool isForDisplayServer = count == 1 && fstat(descriptors->fd, &kind) == 0 && S_ISSOCK(kind.st_mode);
+    return !recorder || !isMainThread() || isForDisplayServer ? wait() : recorder->betweenTurns(wait);
+}
+
+template <typename Wait>
+void *recordedReply(Wait wait)
+{
+    return recorder && isMainThread() ? recorder->withinTurn(wait) : wait();
 }
 
 } // namespace
 
-// These stand before the ones of the C library, which both kinds of event loop of the toolkit call.
+// These stand before the ones of the C library, which both kinds of event loop of the toolkit call, and those of the
+// display server's library.
 
 extern "C" int poll(pollfd *descriptors, nfds_t count, int timeout)
 {
     static const auto original = reinterpret_cast<decltype(&poll)>(dlsym(RTLD_NEXT, "poll"));
-    return recorded(count, [&] { return original(descriptors, count, timeout); });
+    return recordedPoll(descriptors, count, [&] { return original(descriptors, count, timeout); });
 }
 
 extern "C" int ppoll(pollfd *descriptors, nfds_t count, const timespec *timeout, const sigset_t *signals)
 {
     static const auto original = reinterpret_cast<decltype(&ppoll)>(dlsym(RTLD_NEXT, "ppoll"));
-    return recorded(count, [&] { return original(descriptors, count, timeout, signals); });
+    return recordedPoll(descriptors, count, [&] { return original(descriptors, count, timeout, signals); });
+}
+
+extern "C" void *xcb_wait_for_reply(void *connection, unsigned request, void **error)
+{
+    static const auto original =
+        reinterpret_cast<decltype(&xcb_wait_for_reply)>(dlsym(RTLD_NEXT, "xcb_wait_for_reply"));
+    return recordedReply([&] { return original(connection, request, error); });
+}
+
+extern "C" void *xcb_wait_for_reply64(void *connection, std::uint64_t request, void **error)
+{
+    static const auto original =
+        reinterpret_cast<decltype(&xcb_wait_for_reply64)>(dlsym(RTLD_NEXT, "xcb_wait_for_reply64"));
+    return recordedReply([&] { return original(connection, request, error); });
 }
 
 namespace ambrel {
@@ -67,7 +99,6 @@ namespace ambrel {
 void startRecordingTurns()
 {
     recorder.emplace();
-    recorder->wake();
 }
 
 std::vector<Turn> takeTurns()

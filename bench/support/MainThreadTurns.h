@@ -8,8 +8,10 @@ namespace ambrel {
 /// heard before it ends.
 struct Turn
 {
-    double milliseconds = 0;     ///< without the time in which other programs had the processor
-    double wallMilliseconds = 0; ///< with it
+    /// Without the time in which other programs had the processor, or the display server had not got it: what the
+    /// client itself does and what it waits for among its own threads.
+    double milliseconds = 0;
+    double wallMilliseconds = 0; ///< with all of it
 };
 
 /// Forgets the turns so far and records from now on. Call it on the main thread.
