@@ -44,9 +44,13 @@ void AmbrelBackground::paintEvent(QPaintEvent *event)
     if (m_gradient.size() != pixelSize(size(), scale) || m_gradient.devicePixelRatio() != scale)
         m_gradient = renderGradient(size(), scale);
 
+    // One rectangle at a time is a plain copy. A region of several is filled in spans, which the toolkit hands to other
+    // threads and waits for: milliseconds where the processors are busy.
     QPainter painter(this);
-    painter.setClipRegion(event->region());
-    painter.drawPixmap(0, 0, m_gradient);
+    for (const QRect &part : event->region()) {
+        painter.setClipRect(part);
+        painter.drawPixmap(0, 0, m_gradient);
+    }
 }
 
 } // namespace ambrel
