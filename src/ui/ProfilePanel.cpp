@@ -104,7 +104,8 @@ void ProfilePanel::setMatch(const std::optional<MatchResult> &match)
 {
     m_details->setVisible(match.has_value());
     m_noProfile->setVisible(!match.has_value());
-    const MatchResult shown = match.value_or(MatchResult());
+    static const MatchResult nobody;
+    const MatchResult &shown = match ? *match : nobody;
     if (std::exchange(m_userId, shown.userId) != shown.userId)
         m_scrollArea->verticalScrollBar()->setValue(0);
 
