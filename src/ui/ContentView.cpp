@@ -37,19 +37,25 @@ QScrollArea *makeMainPanelArea(QWidget &parent)
     return area;
 }
 
-} // namespace
-
-ContentView::ContentView(QWidget *parent)
-    : QWidget(parent), m_background(new AmbrelBackground(this)), m_controls(new WindowControls(this))
+AmbrelBackground *makeColumns(QWidget &parent)
 {
-    auto *const row = new QHBoxLayout(m_background);
+    auto *const background = new AmbrelBackground(&parent);
+    auto *const row = new QHBoxLayout(background);
     const int padding = theme::windowPadding;
     row->setContentsMargins(padding, padding, padding, padding);
     row->setSpacing(0);
-    row->addWidget(new SidebarView(m_background));
-    row->addWidget(new Divider(Qt::Vertical, m_background));
-    row->addWidget(makeMainPanelArea(*m_background), 1);
+    row->addWidget(new SidebarView(background));
+    row->addWidget(new Divider(Qt::Vertical, background));
+    row->addWidget(makeMainPanelArea(*background), 1);
+    return background;
+}
 
+} // namespace
+
+// The controls are made after the columns, so that the first field has the focus at first and Tab comes to them last.
+ContentView::ContentView(QWidget *parent)
+    : QWidget(parent), m_background(makeColumns(*this)), m_controls(new WindowControls(this))
+{
     m_controls->setColors({.glyph = theme::windowControlGlyph,
                            .hoverFill = theme::windowControlHovered,
                            .pressedFill = theme::windowControlPressed,
