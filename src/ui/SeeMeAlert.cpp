@@ -72,7 +72,7 @@ void SeeMeAlert::fitMessage()
     const int frame =
         4 * theme::alertPadding + 2 * theme::alertSpacing + m_heading->sizeHint().height() + theme::buttonMinimumHeight;
     const int natural = m_message->heightForWidth(theme::alertWidth - 2 * theme::alertPadding);
-    m_messageArea->setFixedHeight(std::min(natural, height() - frame));
+    m_messageArea->setFixedHeight(std::clamp(natural, 0, std::max(0, height() - frame)));
 }
 
 void SeeMeAlert::takeFocus()
