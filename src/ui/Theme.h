@@ -137,6 +137,7 @@ inline constexpr int pillHorizontalPadding = 12;
 inline constexpr int pillVerticalPadding = 7;
 inline constexpr int meterLogoSize = 82;
 inline constexpr int meterSpacing = 10;
+inline constexpr int meterLines = 6; ///< of a very long name
 inline constexpr int cardListSpacing = 12;
 inline constexpr int cardListPadding = 2;
 inline constexpr int cardPadding = 12;

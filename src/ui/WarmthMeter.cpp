@@ -2,7 +2,7 @@
 
 #include "state/MatchProximity.h"
 #include "toolkit/BidiIsolation.h"
-#include "toolkit/WrappedLabel.h"
+#include "toolkit/ElidedLabel.h"
 #include "ui/AmbrelLogo.h"
 #include "ui/Painting.h"
 #include "ui/TextStyling.h"
@@ -12,13 +12,14 @@
 namespace ambrel {
 
 WarmthMeter::WarmthMeter(QWidget *parent)
-    : QWidget(parent), m_logo(new AmbrelLogo(theme::meterLogoSize, false, this)),
-      m_headline(new WrappedLabel({}, this)), m_line(new WrappedLabel({}, this))
+    : QWidget(parent), m_logo(new AmbrelLogo(theme::meterLogoSize, false, this)), m_headline(new ElidedLabel({}, this)),
+      m_line(new ElidedLabel({}, this))
 {
     styleText(*m_headline, theme::TextStyle::Title2);
     m_headline->setAlignment(Qt::AlignCenter);
     styleText(*m_line, theme::TextStyle::Body, theme::secondaryText);
     m_line->setAlignment(Qt::AlignCenter);
+    m_line->setMaximumLines(theme::meterLines); // the list beneath keeps room for a card
 
     auto *const column = new QVBoxLayout(this);
     const int padding = theme::panelPadding;

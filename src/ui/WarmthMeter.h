@@ -8,7 +8,7 @@
 namespace ambrel {
 
 class AmbrelLogo;
-class WrappedLabel;
+class ElidedLabel;
 
 /// Names the heat of one match, or says that there is none.
 class WarmthMeter : public QWidget
@@ -25,8 +25,8 @@ protected:
 
 private:
     AmbrelLogo *const m_logo;
-    WrappedLabel *const m_headline;
-    WrappedLabel *const m_line;
+    ElidedLabel *const m_headline;
+    ElidedLabel *const m_line;
 };
 
 } // namespace ambrel

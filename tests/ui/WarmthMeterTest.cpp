@@ -3,7 +3,7 @@
 #include "ui/Pixels.h"
 #include "ui/Theme.h"
 
-#include "toolkit/WrappedLabel.h"
+#include "toolkit/ElidedLabel.h"
 
 #include <QAccessible>
 #include <QTest>
@@ -35,7 +35,7 @@ struct Meter : WarmthMeter
     QStringList texts() const
     {
         QStringList texts;
-        for (const auto *const label : findChildren<WrappedLabel *>())
+        for (const auto *const label : findChildren<ElidedLabel *>())
             texts << label->text();
         return texts;
     }
@@ -77,7 +77,7 @@ void WarmthMeterTest::markStandsInTheMiddleAboveTheTexts()
 {
     Meter meter;
     QCOMPARE(meter.mark(), QRect((519 - 82) / 2, 18, 82, 82));
-    const auto labels = meter.findChildren<WrappedLabel *>();
+    const auto labels = meter.findChildren<ElidedLabel *>();
     QCOMPARE(labels[0]->y(), 18 + 82 + 10);
     QCOMPARE(labels[1]->y(), labels[0]->geometry().bottom() + 1 + 10);
     QCOMPARE(meter.height(), labels[1]->geometry().bottom() + 1 + 18);
@@ -108,7 +108,7 @@ void WarmthMeterTest::longNamesWrapInsideTheCard()
     const int height = meter->height();
 
     meter->setMatch(matchNamed(QStringLiteral("W").repeated(150)));
-    const auto *const line = meter->findChildren<WrappedLabel *>().last();
+    const auto *const line = meter->findChildren<ElidedLabel *>().last();
     QTRY_VERIFY(line->height() > 3 * QFontMetrics(line->font()).height());
     QVERIFY(meter->height() > height);
     QCOMPARE(meter->width(), 519);
