@@ -23,7 +23,7 @@ struct Recorder
     int betweenTurns(Wait wait)
     {
         turns.push_back({clock.milliseconds() - wokeAt - std::exchange(displayTime, 0),
-                         ambrel::ThreadClock::wallMilliseconds() - wokeAtWall});
+                         ambrel::ThreadClock::wallMilliseconds() - wokeAtWall, wokeAtWall});
         const int ready = wait();
         wokeAt = clock.milliseconds();
         wokeAtWall = ambrel::ThreadClock::wallMilliseconds();

@@ -12,6 +12,7 @@ struct Turn
     /// client itself does and what it waits for among its own threads.
     double milliseconds = 0;
     double wallMilliseconds = 0; ///< with all of it
+    double wokeAt = 0;           ///< milliseconds on the wall clock
 };
 
 /// Forgets the turns so far and records from now on. Call it on the main thread.

@@ -1,0 +1,89 @@
+// What a live client does while the small reply of the server stays the same: repaints, processor time of all threads,
+// and wake-ups of the main thread besides those of the two loops.
+
+#include "support/Interleaved.h"
+#include "support/MainThreadTurns.h"
+#include "support/ReplyServer.h"
+#include "support/Row.h"
+#include "support/WholeClient.h"
+
+#include <QEventLoop>
+#include <QTimer>
+
+using namespace ambrel;
+using namespace std::chrono_literals;
+
+namespace {
+
+class PaintCounter : public QObject
+{
+public:
+    int count = 0;
+
+protected:
+    bool eventFilter(QObject *, QEvent *event) override
+    {
+        count += event->type() == QEvent::Paint;
+        return false;
+    }
+};
+
+double processMilliseconds()
+{
+    timespec now{};
+    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &now);
+    return static_cast<double>(now.tv_sec) * 1e3 + static_cast<double>(now.tv_nsec) / 1e6;
+}
+
+/// Wake-ups that follow one another closely count as one: a request, its answer and what comes of it.
+int occasionsIn(const std::vector<Turn> &turns)
+{
+    constexpr double apart = 100; // milliseconds
+    int occasions = 0;
+    double last = 0;
+    for (const Turn &turn : turns) {
+        occasions += turn.wokeAt - last > apart;
+        last = turn.wokeAt;
+    }
+    return occasions;
+}
+
+void live(std::chrono::milliseconds time)
+{
+    QEventLoop loop;
+    QTimer::singleShot(time, Qt::PreciseTimer, &loop, &QEventLoop::quit);
+    loop.exec();
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    const ReplyServer server(5, 200, 1);
+    const SignedInSettings settings(server.url());
+    AmbrelMacApp application(argc, argv);
+    const auto window = application.openWindow();
+    goLive(*window);
+    live(11s); // two cycles: all photos are shown
+
+    PaintCounter paints;
+    application.installEventFilter(&paints);
+    startRecordingTurns();
+    constexpr std::chrono::seconds time = 20s;
+    const double before = processMilliseconds();
+    live(time);
+    const double perSecond = (processMilliseconds() - before) / static_cast<double>(time.count());
+    // Every 5 s a cycle, every 2 s a poll, one more of each on the edge, and the end of this measurement.
+    constexpr int expected = static_cast<int>(time / 5s + time / 2s) + 3;
+    const int occasions = occasionsIn(takeTurns());
+
+    std::printf("idle: %d repaints, %.2f ms a second, %d wake-ups where the loops have up to %d\n", paints.count,
+                perSecond, occasions, expected);
+    print({.what = "idle live client, unchanged small reply",
+           .toReach = "no repaint, 3 ms of processor a second, no wake-up but the loops'",
+           .floor = "two loops: up to " + QByteArray::number(expected) + " wake-ups",
+           .measured = QByteArray::number(paints.count) + " repaints, " + figure(perSecond, " ms") + ", " +
+                       QByteArray::number(occasions) + " wake-ups",
+           .ratio = "-",
+           .isReached = paints.count == 0 && perSecond <= 3 && occasions <= expected});
+}
