@@ -19,14 +19,14 @@ void Messages::deliver(const SeeMeMessage &message, Moment due)
 {
     QList<Waiting> &inbox = m_inboxes[message.toUserId];
     const auto isBefore = [](Moment moment, const Waiting &waiting) { return moment < waiting.due; };
-    inbox.insert(std::upper_bound(inbox.begin(), inbox.end(), due, isBefore), Waiting{message, due});
+    inbox.insert(std::upper_bound(inbox.cbegin(), inbox.cend(), due, isBefore), Waiting{message, due});
 }
 
 bool Messages::isFull(const QString &userId) const
 {
-    constexpr qsizetype capacity = 50;
+    constexpr qsizetype mostMessages = 50;
     const auto found = m_inboxes.constFind(userId);
-    return found != m_inboxes.constEnd() && found->size() >= capacity;
+    return found != m_inboxes.constEnd() && found->size() >= mostMessages;
 }
 
 QList<SeeMeMessage> Messages::take(const QString &userId, Moment now)
@@ -39,7 +39,7 @@ QList<SeeMeMessage> Messages::take(const QString &userId, Moment now)
     while (!found->isEmpty() && found->constFirst().due <= now)
         taken.append(found->takeFirst().message);
     if (found->isEmpty())
-        m_inboxes.erase(found);
+        m_inboxes.remove(userId);
     return taken;
 }
 

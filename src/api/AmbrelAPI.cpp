@@ -34,7 +34,7 @@ Response decoded(const HttpReply &reply)
 template <typename Response>
 HandOff<Response> send(const HttpRequest &request)
 {
-    const HandOff<Response> answer;
+    HandOff<Response> answer;
     HttpSession::shared().perform(request, [answer](Outcome<HttpReply> outcome) {
         if (auto *const failure = std::get_if<std::exception_ptr>(&outcome)) {
             answer.finish(std::move(*failure));

@@ -20,7 +20,7 @@ using simdjson::error_code;
 /// Nesting beyond this is refused: the reader recurses.
 constexpr int maximumDepth = 512;
 /// Up to this many bytes of JSON are parsed with buffers that stay.
-constexpr std::size_t smallText = 64 * 1024;
+constexpr std::size_t smallText = std::size_t{64} * 1024;
 
 /// Where in the reply the reader stands; a chain on the stack, spelled out only for an error.
 struct Place
@@ -79,7 +79,7 @@ void skip(ondemand::value value, const Place &place)
         break;
     case ondemand::json_type::array:
         for (auto element : expect(value.get_array(), place, "valid JSON"))
-            skip(expect(std::move(element), place, "valid JSON"), place.at(0));
+            skip(expect(element, place, "valid JSON"), place.at(0));
         break;
     case ondemand::json_type::number:
         expect(value.get_double(), place, "valid JSON");
@@ -144,7 +144,7 @@ public:
         out.clear();
         for (auto element : expect(value.get_array(), place, "a list")) {
             const Place elementPlace = place.at(out.size());
-            read(expect(std::move(element), elementPlace, "valid JSON"), out.emplaceBack(), elementPlace);
+            read(expect(element, elementPlace, "valid JSON"), out.emplaceBack(), elementPlace);
         }
     }
 

@@ -12,7 +12,7 @@ namespace {
 /// Below this a string is cheaper to parse than to take out.
 constexpr std::size_t shortest = 1024;
 /// Below this the whole reply is.
-constexpr std::size_t shortestReply = 32 * 1024;
+constexpr std::size_t shortestReply = std::size_t{32} * 1024;
 
 using Block = signed char __attribute__((vector_size(16)));
 

@@ -14,7 +14,7 @@ void waitForWorkers();
 template <typename Work>
 auto runOnWorker(Work work)
 {
-    const HandOff<decltype(work())> result;
+    HandOff<decltype(work())> result;
     startOnWorker([result, job = std::move(work)]() mutable { result.finish(outcomeOf(job)); });
     return result;
 }

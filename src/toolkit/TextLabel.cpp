@@ -30,13 +30,13 @@ public:
 
 QAccessibleInterface *makeAccessible(const QString &, QObject *object)
 {
-    TextLabel *label = qobject_cast<TextLabel *>(object);
+    auto *const label = qobject_cast<TextLabel *>(object);
     return label ? new AccessibleLabel(label) : nullptr; // owned by Qt's cache of interfaces
 }
 
 } // namespace
 
-TextLabel::TextLabel(const QString &text, QWidget *parent) : QWidget(parent), m_text(text)
+TextLabel::TextLabel(QString text, QWidget *parent) : QWidget(parent), m_text(std::move(text))
 {
     static const bool isKnown = [] {
         QAccessible::installFactory(makeAccessible);

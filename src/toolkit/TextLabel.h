@@ -29,7 +29,7 @@ public:
     int heightForWidth(int width) const override;
 
 protected:
-    explicit TextLabel(const QString &text, QWidget *parent);
+    explicit TextLabel(QString text, QWidget *parent);
 
     /// The text broken for `width` pixels.
     virtual TextLines breakLines(int width) const = 0;

@@ -42,7 +42,7 @@ QRect comfortableGeometry(const QScreen &screen)
 
 AmbrelMacApp::AmbrelMacApp(int &argc, char **argv) : QApplication(argc, argv)
 {
-    std::setlocale(LC_NUMERIC, "C"); // the toolkit has taken over the user's decimal comma
+    std::setlocale(LC_NUMERIC, "C"); // NOLINT: no other thread yet; undoes the user's decimal comma
     setOrganizationName(QStringLiteral("Ambrel"));
     setApplicationName(QStringLiteral("Ambrel"));
     setDesktopFileName(QStringLiteral("ambrel"));

@@ -38,7 +38,7 @@ bool hasHeavyWeights(const QString &family)
 /// The desktop's family, or one that can draw the wordmark truly black.
 QString chooseFamily()
 {
-    const QString desktopFamily = QFontInfo(QApplication::font()).family();
+    QString desktopFamily = QFontInfo(QApplication::font()).family();
     for (const QString &family : {desktopFamily, QStringLiteral("Inter"), QStringLiteral("Noto Sans")}) {
         if (hasHeavyWeights(family))
             return family;

@@ -71,7 +71,7 @@ private:
     StateFixture m_state;
 
 public:
-    QWidget window; // goes before the state
+    QWidget window;      // goes before the state
     QPointer<View> view; // a test may take it away
 };
 
