@@ -55,7 +55,8 @@ void bindText(QLineEdit &editor, TextField field)
 {
     editor.setMaxLength(std::numeric_limits<int>::max()); // stored as typed, however long
     auto *const binding = new TextBinding(editor, field); // owned by the editor
-    QObject::connect(&editor, &QLineEdit::textEdited, binding, &TextBinding::write);
+    QObject::connect(&editor, &QLineEdit::textChanged, binding,
+                     &TextBinding::write); // typed, or set by a screen reader
 }
 
 void bindText(QPlainTextEdit &editor, TextField field)
