@@ -16,7 +16,7 @@ const QString nowhere = QStringLiteral("http://127.0.0.1:9");
 
 void makeNew(AmbrelAppState &state)
 {
-    state.serverBaseURL = nowhere;
+    state.serverBaseURL = QStringLiteral("https://ambrel.example"); // only to be seen: nothing is sent
     for (auto field : {&AmbrelAppState::userId, &AmbrelAppState::displayName, &AmbrelAppState::email,
                        &AmbrelAppState::phone, &AmbrelAppState::profileBio})
         state.*field = QString();
