@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QPixmap>
 #include <QWidget>
 
 namespace ambrel {
@@ -15,9 +14,6 @@ public:
 
 protected:
     void paintEvent(QPaintEvent *event) override;
-
-private:
-    QPixmap m_gradient; ///< rendered once per size, so that a repaint behind a card is a plain copy
 };
 
 } // namespace ambrel
