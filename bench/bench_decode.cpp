@@ -2,7 +2,9 @@
 
 #include "model/Json.h"
 #include "model/ResponseRecords.h"
+#include "support/CheckReplies.h"
 #include "support/Interleaved.h"
+#include "support/Row.h"
 
 #include <QFile>
 #include <QJsonArray>
@@ -17,24 +19,17 @@ using namespace ambrel;
 
 namespace {
 
-QByteArray checkReply(int matchCount, qsizetype photoBytes, bool escapesSolidus)
+/// A reply in which every photo has `photoBytes` bytes; none when that is 0.
+QByteArray reply(int matchCount, qsizetype photoBytes, bool escapesSolidus = false)
 {
     QByteArray photo(photoBytes, Qt::Uninitialized);
     unsigned value = 1;
     for (char &byte : photo)
         byte = static_cast<char>((value = value * 1664525 + 1013904223) >> 24);
-    QByteArray text = "data:image/jpeg;base64," + photo.toBase64();
+    QByteArray text = photoText(photo);
     if (escapesSolidus)
         text.replace('/', "\\/");
-    QByteArray matches;
-    for (int i = 0; i < matchCount; ++i) {
-        matches += (i ? ",{" : "{") + QByteArray("\"userId\":\"user-") + QByteArray::number(i) +
-                   "\",\"displayName\":\"Person " + QByteArray::number(i) +
-                   "\",\"distanceMeters\":123.456,\"aToB\":72.5,\"bToA\":64,\"heatLevel\":\"VERY_HOT\","
-                   "\"profileBio\":\"Likes long walks, short films and caf\xC3\xA9s.\",\"profilePhotos\":[" +
-                   (photoBytes ? '"' + text + '"' : QByteArray()) + "],\"updatedAt\":\"2026-01-01T00:00:00Z\"}";
-    }
-    return "{\"active\":true,\"thresholdPercent\":70,\"matches\":[" + matches + "],\"seeMeMessages\":[]}";
+    return checkReply(matchCount, photoBytes ? QList<QByteArray>{text} : QList<QByteArray>());
 }
 
 CheckResponse decodeWithToolkit(const QByteArray &json)
@@ -91,7 +86,15 @@ double residentPeakOverBody(const QByteArray &json)
     return (resident("VmHWM") - before) / static_cast<double>(json.size());
 }
 
-void compare(const char *name, const QByteArray &json, int rounds)
+struct Figures
+{
+    double overToolkit;  ///< how many times as fast
+    double overCopy;     ///< how many times as long
+    double residentPeak; ///< over the size of the body
+    QByteArray measured;
+};
+
+Figures compare(const char *name, const QByteArray &json, int rounds)
 {
     std::vector<char> copy(static_cast<std::size_t>(json.size()));
     std::vector<std::shared_ptr<Bytes>> bodies;
@@ -109,20 +112,48 @@ void compare(const char *name, const QByteArray &json, int rounds)
     (void)unused;
     kept = {};
     const double gigabytes = static_cast<double>(json.size()) / 1e9;
+    const Figures figures{toolkits / ours, ours / copying, residentPeakOverBody(json), figure(ours * 1e3, " ms")};
     std::printf("%-16s %10lld bytes: %7.3f ms %6.2f GB/s | toolkit / ours %6.1f | ours / memcpy %5.2f | "
                 "resident peak / body %4.2f\n",
-                name, static_cast<long long>(json.size()), ours * 1e3, gigabytes / ours, toolkits / ours,
-                ours / copying, residentPeakOverBody(json));
+                name, static_cast<long long>(json.size()), ours * 1e3, gigabytes / ours, figures.overToolkit,
+                figures.overCopy, figures.residentPeak);
+    return figures;
+}
+
+void reportSmall(const Figures &figures)
+{
+    print({.what = "decode 50 matches without photos",
+           .toReach = "at least 5 x QJsonDocument",
+           .floor = "QJsonDocument",
+           .measured = figures.measured,
+           .ratio = figure(figures.overToolkit),
+           .isReached = figures.overToolkit >= 5});
+}
+
+void reportLarge(const char *size, const Figures &plain, const Figures &escaped)
+{
+    print({.what = QByteArray("decode ") + size + " with photos",
+           .toReach = "10 x QJsonDocument, 1.8 x memcpy, resident peak 1.2 x the body",
+           .floor = "QJsonDocument; memcpy",
+           .measured = plain.measured,
+           .ratio = figure(plain.overToolkit) + "; " + figure(plain.overCopy) + "; peak " + figure(plain.residentPeak),
+           .isReached = plain.overToolkit >= 10 && plain.overCopy <= 1.8 && plain.residentPeak <= 1.2});
+    print({.what = QByteArray("the same, with \\/ for /"),
+           .toReach = "10 x memcpy",
+           .floor = "memcpy",
+           .measured = escaped.measured,
+           .ratio = figure(escaped.overCopy),
+           .isReached = escaped.overCopy <= 10});
 }
 
 } // namespace
 
 int main()
 {
-    compare("50, no photos", checkReply(50, 0, false), 201);
-    compare("10,000, no photos", checkReply(10'000, 0, false), 21);
-    compare("30 MB", checkReply(20, 1'125'000, false), 15);
-    compare("30 MB, \\/", checkReply(20, 1'125'000, true), 15);
-    compare("160 MB", checkReply(100, 1'200'000, false), 7);
-    compare("160 MB, \\/", checkReply(100, 1'200'000, true), 7);
+    reportSmall(compare("50, no photos", reply(50, 0), 201));
+    compare("10,000, no photos", reply(10'000, 0), 21);
+    reportLarge("30 MB", compare("30 MB", reply(20, 1'125'000), 15),
+                compare("30 MB, \\/", reply(20, 1'125'000, true), 15));
+    reportLarge("160 MB", compare("160 MB", reply(100, 1'200'000), 7),
+                compare("160 MB, \\/", reply(100, 1'200'000, true), 7));
 }
