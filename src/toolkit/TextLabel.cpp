@@ -115,6 +115,12 @@ void TextLabel::paintEvent(QPaintEvent *event)
 const TextLines &TextLabel::linesAt(int wanted) const
 {
     const int width = std::max(0, wanted);
+    // A text that stands on one line, uncut, does so at any greater width. Layouts try eleven widths for each label of
+    // the first frame; this leaves three.
+    for (const auto &[knownWidth, lines] : m_measured) {
+        if (knownWidth >= 0 && lines.lineCount() == 1 && lines.width() <= width && lines.shownText() == m_text)
+            return lines;
+    }
     if (m_measured[0].width != width) {
         std::swap(m_measured[0], m_measured[1]);
         if (m_measured[0].width != width) {
