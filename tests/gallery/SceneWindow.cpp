@@ -59,9 +59,10 @@ SceneWindow::SceneWindow(const Scene &scene, const QSize &size)
     m_window->activateWindow();
     if (!QTest::qWaitForWindowActive(m_window.get()))
         qFatal("the window does not open");
+    makeNew(state());
+    QCoreApplication::processEvents();
     if (auto *const field = m_window->focusWidget())
         field->clearFocus(); // its ring and its caret belong to few scenes
-    makeNew(state());
     scene.arrange(state());
     settle();
     if (scene.act)

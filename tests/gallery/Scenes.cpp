@@ -189,7 +189,7 @@ QList<MatchCard *> cardsOf(const QWidget &window)
 
 void focusSecondCard(QWidget &window)
 {
-    cardsOf(window).at(1)->setFocus(Qt::TabFocusReason);
+    cardsOf(window).at(1)->setFocus(Qt::ShortcutFocusReason); // Tab would begin with the first
 }
 
 void focusSeeMe(QWidget &window)
