@@ -9,6 +9,12 @@
 #include <cstdarg>
 #include <dlfcn.h>
 
+// libcurl declares these with an enumeration before the "...": not ours to change.
+#pragma GCC diagnostic ignored "-Wvarargs"
+
+// Every value that travels through a "..." below is handed on as a pointer.
+static_assert(sizeof(void *) == sizeof(long) && sizeof(void *) == sizeof(curl_off_t));
+
 namespace {
 
 /// A missing library ends the program, as it would have at start.
@@ -18,11 +24,13 @@ Function *late(const char *name)
     static void *const library = dlopen("libcurl.so.4", RTLD_LAZY | RTLD_LOCAL);
     void *const found = library ? dlsym(library, name) : nullptr;
     if (!found)
-        qFatal("%s", dlerror());
+        qFatal("%s", dlerror()); // NOLINT(concurrency-mt-unsafe): glibc keeps one text a thread
     return reinterpret_cast<Function *>(found);
 }
 
 } // namespace
+
+// NOLINTBEGIN(readability-inconsistent-declaration-parameter-name)
 
 CURLcode curl_global_init(long flags)
 {
@@ -140,3 +148,5 @@ void curl_slist_free_all(curl_slist *list)
     static auto *const original = late<decltype(curl_slist_free_all)>("curl_slist_free_all");
     original(list);
 }
+
+// NOLINTEND(readability-inconsistent-declaration-parameter-name)
