@@ -7,6 +7,7 @@
 #include <array>
 #include <bitset>
 #include <cmath>
+#include <cstring>
 #include <optional>
 #include <simdjson.h>
 
@@ -97,6 +98,11 @@ void skip(ondemand::value value, const Place &place)
     }
 }
 
+/// The longest key is far shorter than the padding behind the text, so any of them can be compared at any place.
+template <WireRecord Record>
+constexpr auto keysOf = std::apply([](auto... fields) { return std::array{std::string_view(fields.key)...}; },
+                                   Record::fields());
+
 class Reader
 {
 public:
@@ -170,7 +176,7 @@ public:
     {
         constexpr std::size_t count = std::tuple_size_v<decltype(Record::fields())>;
         std::bitset<count> seen;
-        std::size_t expected = 0; // servers write keys in order: the next one is nearly always the right one
+        std::size_t expected = 0;
         for (auto result : object) {
             ondemand::field field = expect(std::move(result), place, "valid JSON");
             const std::size_t index = fieldIndex<Record>(field, expected, place);
@@ -210,6 +216,13 @@ private:
     static std::size_t fieldIndex(ondemand::field &field, std::size_t expected, const Place &place)
     {
         const char *const begin = field.key().raw();
+        // Servers write keys in order: the one expected is compared before its end is looked for.
+        constexpr auto &keys = keysOf<Record>;
+        if (expected < keys.size()) {
+            const std::string_view next = keys[expected];
+            if (std::memcmp(begin, next.data(), next.size()) == 0 && begin[next.size()] == '"')
+                return expected;
+        }
         const char *end = begin; // a quote always follows: the text has been indexed
         while (*end != '"' && *end != '\\')
             ++end;
@@ -221,8 +234,7 @@ private:
     template <WireRecord Record>
     static std::size_t fieldIndex(std::string_view key, std::size_t expected)
     {
-        static constexpr auto keys =
-            std::apply([](auto... fields) { return std::array{std::string_view(fields.key)...}; }, Record::fields());
+        constexpr auto &keys = keysOf<Record>;
         for (std::size_t i = expected; i < keys.size(); ++i) {
             if (keys[i] == key)
                 return i;
@@ -240,8 +252,9 @@ private:
         const auto readIf = [&](std::size_t i, const auto &field) {
             if (i == index)
                 read(value, out.*(field.member), place.under(field.key));
+            return i == index;
         };
-        (readIf(indexes, std::get<indexes>(fields)), ...);
+        (void)(readIf(indexes, std::get<indexes>(fields)) || ...);
     }
 
     template <WireRecord Record, std::size_t count>
