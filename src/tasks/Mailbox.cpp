@@ -41,9 +41,13 @@ void Mailbox::close()
 
 void Mailbox::post(Letter letter)
 {
-    const std::lock_guard lock(m_mutex);
-    m_letters.push_back(std::move(letter));
-    if (m_letters.size() == 1)
+    bool isFirst = false;
+    {
+        const std::lock_guard lock(m_mutex);
+        m_letters.push_back(std::move(letter));
+        isFirst = m_letters.size() == 1;
+    }
+    if (isFirst) // rung outside the lock: who wakes up may take this thread's processor, and would wait for the lock
         eventfd_write(m_bell, 1);
 }
 
