@@ -72,7 +72,7 @@ void compare(const char *name, int matches, int photoWidth, double limit)
 int main(int argc, char **argv)
 {
     QApplication application(argc, argv);
-    compare("30 MB", 20, 1900, 1);
-    compare("160 MB", 100, 1900, 2);
+    compare("30 MB", 20, 2570, 1);
+    compare("160 MB", 100, 2650, 2);
     compare("10,000 matches without photos", 10'000, 0, 3);
 }
