@@ -116,8 +116,10 @@ void ContrastTest::everyTextStandsOutFromWhatIsBehindIt_data()
 {
     QTest::addColumn<QString>("scene");
     QTest::addColumn<QSize>("size");
-    const auto add = [](const char *scene, const QSize &size) {
-        QTest::addRow("%s at %d x %d", scene, size.width(), size.height()) << QString::fromLatin1(scene) << size;
+    const auto add = [](const char *sceneName, const QSize &size) {
+        const QString scene = QString::fromLatin1(sceneName);
+        const QString name = QStringLiteral("%1 at %2 x %3").arg(scene).arg(size.width()).arg(size.height());
+        QTest::newRow(qPrintable(name)) << scene << size;
     };
     for (const char *const scene : {"first-run", "errors", "live-3", "selected-mile"}) {
         for (const QSize &size : {smallestWindow, comfortableWindow, largeWindow})
