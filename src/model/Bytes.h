@@ -13,7 +13,7 @@ class Bytes
 {
 public:
     /// Unused, readable bytes that always follow the content.
-    static constexpr std::size_t padding = 64;
+    static constexpr std::size_t padding = 128;
 
     Bytes() = default;
     explicit Bytes(std::string_view content) { append(content); }

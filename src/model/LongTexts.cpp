@@ -4,6 +4,9 @@
 #include <bit>
 #include <cstdint>
 #include <cstring>
+#include <functional>
+#include <iterator>
+#include <numeric>
 
 namespace ambrel {
 
@@ -14,44 +17,53 @@ constexpr std::size_t shortest = 1024;
 /// Below this the whole reply is.
 constexpr std::size_t shortestReply = std::size_t{32} * 1024;
 
-using Block = signed char __attribute__((vector_size(16)));
-
-/// All bits of each byte that is a quote, a backslash, a control character or beyond ASCII.
-Block specialBytes(const char *text)
-{
-    Block block;
-    std::memcpy(&block, text, sizeof block);
-    return (block == '"') | (block == '\\') | (block < ' '); // bytes beyond ASCII are negative
-}
-
-/// Index of the first byte of `special` with its bits set; the size of a block when there is none.
-std::size_t firstSet(const Block &special)
-{
-    static_assert(std::endian::native == std::endian::little);
-    std::uint64_t halves[2];
-    std::memcpy(halves, &special, sizeof special);
-    if (halves[0] != 0)
-        return static_cast<std::size_t>(std::countr_zero(halves[0])) / 8;
-    return 8 + static_cast<std::size_t>(std::countr_zero(halves[1])) / 8;
-}
+using Block16 = signed char __attribute__((vector_size(16)));
+using Block32 = signed char __attribute__((vector_size(32)));
 
 /// The first quote, backslash, control character or byte beyond ASCII at or after `text`; `end` when there is none.
 /// Reads whole blocks, into the padding behind the text.
-const char *firstSpecial(const char *text, const char *end)
+template <typename Block>
+[[gnu::always_inline]] inline const char *firstSpecialIn(const char *text, const char *end)
 {
+    static_assert(std::endian::native == std::endian::little);
     constexpr std::size_t size = sizeof(Block);
-    for (; text < end; text += 4 * size) {
-        const Block blocks[4] = {specialBytes(text), specialBytes(text + size), specialBytes(text + 2 * size),
-                                 specialBytes(text + 3 * size)};
-        if (firstSet(blocks[0] | blocks[1] | blocks[2] | blocks[3]) == size)
-            continue;
-        for (const Block &block : blocks) {
-            if (const std::size_t index = firstSet(block); index < size)
-                return std::min(text + index, end);
-            text += size;
+    constexpr std::size_t blocks = 4;
+    static_assert(blocks * size <= Bytes::padding);
+    for (; text < end; text += blocks * size) {
+        Block special[blocks]; // all bits of each byte that is special; those beyond ASCII are negative
+        for (std::size_t i = 0; i < blocks; ++i) {
+            Block block;
+            std::memcpy(&block, text + i * size, size);
+            special[i] = (block == '"') | (block == '\\') | (block < ' ');
         }
+        const Block any = special[0] | special[1] | special[2] | special[3];
+        std::uint64_t words[blocks * size / 8];
+        std::memcpy(words, &any, size);
+        if (std::accumulate(words, words + size / 8, std::uint64_t{0}, std::bit_or<>()) == 0)
+            continue;
+        std::memcpy(words, special, sizeof words);
+        const auto *const word = std::find_if(std::begin(words), std::end(words), [](auto bits) { return bits != 0; });
+        const auto index = static_cast<std::size_t>((word - words) * 8 + std::countr_zero(*word) / 8);
+        return std::min(text + index, end);
     }
     return end;
+}
+
+#if defined(__x86_64__)
+[[gnu::target("avx2")]] const char *firstSpecialAvx2(const char *text, const char *end)
+{
+    return firstSpecialIn<Block32>(text, end);
+}
+#endif
+
+const char *firstSpecial(const char *text, const char *end)
+{
+#if defined(__x86_64__)
+    static const bool hasAvx2 = __builtin_cpu_supports("avx2");
+    if (hasAvx2)
+        return firstSpecialAvx2(text, end);
+#endif
+    return firstSpecialIn<Block16>(text, end);
 }
 
 /// A string that has begun: where its closing quote stands, and whether it may be taken out.
