@@ -15,7 +15,9 @@ target_compile_definitions(ambrel-options INTERFACE
   QT_STRICT_ITERATORS QT_NO_FOREACH QT_DISABLE_DEPRECATED_BEFORE=0x060400)
 target_include_directories(ambrel-options INTERFACE ${CMAKE_SOURCE_DIR}/src)
 if(AMBREL_SANITIZE)
-  target_compile_options(ambrel-options INTERFACE -fsanitize=${AMBREL_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
+  # GCC 12 takes values behind its own instrumentation for uninitialised; the other presets keep that warning.
+  target_compile_options(ambrel-options INTERFACE -fsanitize=${AMBREL_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all
+    -Wno-maybe-uninitialized)
   target_link_options(ambrel-options INTERFACE -fsanitize=${AMBREL_SANITIZE})
 endif()
 
