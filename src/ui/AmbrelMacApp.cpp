@@ -10,6 +10,7 @@
 #include "ui/ViewEnvironment.h"
 
 #include <QIcon>
+#include <QLoggingCategory>
 #include <QPainter>
 #include <QScreen>
 #include <QTimer>
@@ -47,6 +48,7 @@ AmbrelMacApp::AmbrelMacApp(int &argc, char **argv) : QApplication(argc, argv)
     setApplicationName(QStringLiteral("Ambrel"));
     setDesktopFileName(QStringLiteral("ambrel"));
     setWindowIcon(markAsIcon());
+    QLoggingCategory::setFilterRules(QStringLiteral("qt.gui.imageio*=false")); // a broken photo is shown as locked
     AmbrelStyle::install();
     m_state = AmbrelAppState::create(m_sound);
 }
