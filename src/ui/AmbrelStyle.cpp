@@ -1,5 +1,6 @@
 #include "ui/AmbrelStyle.h"
 
+#include "toolkit/FocusRing.h"
 #include "ui/Painting.h"
 #include "ui/Theme.h"
 
@@ -148,6 +149,8 @@ QRect AmbrelStyle::subElementRect(SubElement element, const QStyleOption *option
 {
     if (element == SE_LineEditContents)
         return option->rect.adjusted(theme::fieldTextMargin, 0, -theme::fieldTextMargin, 0);
+    if (element == SE_CheckBoxLayoutItem) // the track of a switch lines up with the fields; its focus ring stands out
+        return visualRect(option->direction, option->rect, option->rect.adjusted(0, 0, -focusRingReach, 0));
     return QProxyStyle::subElementRect(element, option, widget);
 }
 

@@ -2,6 +2,10 @@
 
 #include "ui/Theme.h"
 
+#include <QTextBlock>
+#include <QTextDocument>
+#include <QTextOption>
+
 namespace ambrel {
 
 BioEditor::BioEditor(QWidget *parent) : QPlainTextEdit(parent)
@@ -13,6 +17,19 @@ BioEditor::BioEditor(QWidget *parent) : QPlainTextEdit(parent)
     setAttribute(Qt::WA_Hover);
     document()->setDocumentMargin(theme::bioEditorTextMargin);
     viewport()->setAutoFillBackground(false); // the style draws the field with its round corners
+    connect(document(), &QTextDocument::contentsChanged, this, &BioEditor::followScript);
+    followScript();
+}
+
+void BioEditor::followScript()
+{
+    const auto alignment = document()->firstBlock().text().isRightToLeft() ? Qt::AlignRight : Qt::AlignLeft;
+    QTextOption option = document()->defaultTextOption();
+    if (option.alignment() == alignment && option.textDirection() == Qt::LayoutDirectionAuto)
+        return;
+    option.setTextDirection(Qt::LayoutDirectionAuto);
+    option.setAlignment(alignment);
+    document()->setDefaultTextOption(option);
 }
 
 } // namespace ambrel

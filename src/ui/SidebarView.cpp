@@ -5,6 +5,7 @@
 #include "ui/FormLayout.h"
 #include "ui/Painting.h"
 #include "ui/ServerLocationForm.h"
+#include "ui/StatusLine.h"
 #include "ui/TextStyling.h"
 #include "ui/ViewEnvironment.h"
 
@@ -16,7 +17,7 @@ namespace ambrel {
 
 namespace {
 
-/// What scrolls: the whole column. It draws the shadow that the mark casts on it.
+/// What scrolls: the brand and the forms. It draws the shadow that the mark casts on it.
 class SidebarColumn : public QWidget
 {
 public:
@@ -61,7 +62,7 @@ void keepPadding(QVBoxLayout &column, QScrollArea &area)
     const auto *const bar = area.verticalScrollBar();
     const auto setPadding = [&column](int barThickness) {
         const int padding = theme::sidebarPadding;
-        column.setContentsMargins(padding, padding, padding - barThickness, padding);
+        column.setContentsMargins(padding, padding, padding - barThickness, 0);
     };
     setPadding(0);
     QObject::connect(bar, &QScrollBar::rangeChanged, &area, [setPadding](int minimum, int maximum) {
@@ -83,9 +84,6 @@ SidebarView::SidebarView(QWidget *parent) : QWidget(parent)
     auto *const content = new SidebarColumn(area);
     m_account = new AccountForm(content);
     m_serverLocation = new ServerLocationForm(content);
-    m_status = makeCaption({}, *content);
-    styleText(*m_status, theme::TextStyle::Footnote, theme::secondaryText);
-    m_status->setAccessibleDescription(QStringLiteral("Status"));
 
     auto *const column = new QVBoxLayout(content);
     column->setSpacing(theme::sidebarSpacing);
@@ -93,14 +91,20 @@ SidebarView::SidebarView(QWidget *parent) : QWidget(parent)
     column->addWidget(m_account);
     column->addWidget(m_serverLocation);
     column->addStretch();
-    column->addWidget(m_status);
     keepPadding(*column, *area);
     area->setWidget(content);
     content->setAutoFillBackground(false); // the area would fill it
 
+    m_status = new StatusLine(this);
+    auto *const foot = new QHBoxLayout; // owned by the whole
+    foot->setContentsMargins(theme::sidebarPadding, theme::sidebarSpacing, theme::sidebarPadding,
+                             theme::sidebarPadding);
+    foot->addWidget(m_status);
     auto *const whole = new QVBoxLayout(this);
     whole->setContentsMargins(0, 0, 0, 0);
+    whole->setSpacing(0);
     whole->addWidget(area);
+    whole->addLayout(foot);
     setFixedWidth(theme::sidebarWidth);
 
     connect(&ViewEnvironment::of(*this), &ViewEnvironment::stateDidChange, this, &SidebarView::refresh);

@@ -10,10 +10,10 @@ namespace ambrel {
 class AccountForm;
 class AmbrelAppState;
 class ServerLocationForm;
-class WrappedLabel;
+class StatusLine;
 
-/// The column of forms at the left of the window, with the brand above and the status line below. Scrolls when the
-/// window is too low for it.
+/// The column of forms at the left of the window, with the brand above and the status line below. Brand and forms
+/// scroll when the window is too low for them; the status line stays in sight.
 class SidebarView : public QWidget
 {
     Q_OBJECT
@@ -31,7 +31,7 @@ private:
 
     AccountForm *m_account = nullptr;
     ServerLocationForm *m_serverLocation = nullptr;
-    WrappedLabel *m_status = nullptr;
+    StatusLine *m_status = nullptr;
     QPointer<QWidget> m_focusBeforeBusy; ///< the button that lost the focus by being disabled
     QPointer<QWidget> m_focusWhileBusy;  ///< where the focus went instead
 };

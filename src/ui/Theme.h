@@ -120,6 +120,7 @@ inline constexpr int sidebarSpacing = 16;
 inline constexpr int sidebarHeaderSpacing = 12;
 inline constexpr int sidebarTitleSpacing = 2;
 inline constexpr int sidebarLogoSize = 52;
+inline constexpr int statusLineMaximumHeight = 120;
 inline constexpr int formSpacing = 10;
 inline constexpr int formTopPadding = 4;
 inline constexpr int groupBoxPadding = 8;

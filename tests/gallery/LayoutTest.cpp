@@ -136,10 +136,10 @@ void LayoutTest::sidebarKeepsItsDistances()
         if (label->accessibleDescription() == QLatin1String("Status"))
             status = label;
     }
-    QVERIFY(gapBelow(sidebar, server, *status) >= 16);
+    if (size != smallestWindow) // where the forms scroll below it
+        QVERIFY(gapBelow(sidebar, server, *status) >= 16);
     QCOMPARE(placeIn(sidebar, *status).left(), 18);
-    const auto &column = *account.parentWidget();
-    QCOMPARE(column.height() - placeIn(column, *status).bottom() - 1, 18);
+    QCOMPARE(sidebar.height() - placeIn(sidebar, *status).bottom() - 1, 18);
 }
 
 void LayoutTest::formsKeepTheirDistances()

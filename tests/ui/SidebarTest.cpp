@@ -1,6 +1,9 @@
+#include "toolkit/FocusRing.h"
+#include "toolkit/Switch.h"
 #include "ui/BioEditor.h"
 #include "ui/Pixels.h"
 #include "ui/SidebarView.h"
+#include "ui/StatusLine.h"
 #include "ui/TextBinding.h"
 #include "ui/Theme.h"
 #include "ui/ViewFixture.h"
@@ -71,6 +74,9 @@ private Q_SLOTS:
     void buttonGetsTheFocusBackWhenItIsNoLongerBusy();
     void everyControlIsReachedWithTabInReadingOrder();
     void lowWindowScrollsAndTabKeepsTheFocusedControlInSight();
+    void statusStaysInSightWhileTheFormsScroll();
+    void veryLongStatusScrollsByItselfWithTheKeyboardToo();
+    void bioOfARightToLeftScriptBeginsAtTheRight();
     void textsFromTheServerAreShownAsTheyStand();
     void columnKeepsItsMetrics();
     void fieldsAreWhiteOnADarkDesktop();
@@ -219,6 +225,7 @@ void SidebarTest::longStatusTextWrapsInsideTheColumnAndStaysLeftAligned()
     sidebar.state().statusText = QStringLiteral("The server is taking longer than usual to answer. ").repeated(4);
     sidebar.refresh();
     QTRY_VERIFY(status->height() >= 3 * lineHeight);
+    QTRY_COMPARE(status->mapTo(&sidebar.window, QPoint(0, status->height())).y(), sidebar.window.height() - 18);
     QCOMPARE(sidebar.view->width(), 340);
     QCOMPARE(status->mapTo(&sidebar.window, QPoint()).x(), 18);
     QVERIFY(status->mapTo(&sidebar.window, QPoint(status->width(), 0)).x() <= 340 - 18);
@@ -333,6 +340,54 @@ void SidebarTest::lowWindowScrollsAndTabKeepsTheFocusedControlInSight()
     QTRY_COMPARE(first->width(), fullWidth); // the scroll bar takes nothing from the fields
 }
 
+void SidebarTest::statusStaysInSightWhileTheFormsScroll()
+{
+    Sidebar sidebar({340, 400});
+    sidebar.state().statusText = QStringLiteral("Add a display name.");
+    sidebar.refresh();
+    const auto *const status = statusLine(sidebar, QStringLiteral("Status"));
+    auto *const forms = sidebar.window.findChild<QScrollArea *>()->verticalScrollBar();
+    for (const int position : {0, forms->maximum()}) {
+        forms->setValue(position);
+        QVERIFY(!status->visibleRegion().isEmpty());
+        QCOMPARE(status->visibleRegion().boundingRect(), status->rect());
+        QCOMPARE(status->mapTo(&sidebar.window, QPoint(0, status->height())).y(), 400 - 18);
+    }
+}
+
+void SidebarTest::veryLongStatusScrollsByItselfWithTheKeyboardToo()
+{
+    Sidebar sidebar(tall);
+    sidebar.state().statusText = QStringLiteral("The server is taking longer than usual to answer. ").repeated(2000);
+    sidebar.refresh();
+    const auto *const line = sidebar.view->findChild<StatusLine *>();
+    QTRY_VERIFY(line->verticalScrollBar()->maximum() > 0);
+    QVERIFY(line->height() <= 120);
+
+    sidebar.button(QStringLiteral("Check Server"))->setFocus();
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    QVERIFY(line->hasFocus());
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_PageDown);
+    QVERIFY(line->verticalScrollBar()->value() > 0);
+
+    sidebar.state().statusText = QStringLiteral("Paused.");
+    sidebar.refresh();
+    QTRY_COMPARE(line->verticalScrollBar()->maximum(), 0);
+    QCOMPARE(line->focusPolicy(), Qt::NoFocus);
+}
+
+void SidebarTest::bioOfARightToLeftScriptBeginsAtTheRight()
+{
+    Sidebar sidebar(tall);
+    const auto *const bio = sidebar.named<QPlainTextEdit>(QStringLiteral("Bio"));
+    sidebar.state().profileBio = QStringLiteral("אוהבת ספרים.");
+    sidebar.refresh();
+    QVERIFY(bio->cursorRect().left() > bio->width() / 2); // the caret stands before the first letter
+    sidebar.state().profileBio = QStringLiteral("Reads on benches.");
+    sidebar.refresh();
+    QVERIFY(bio->cursorRect().left() < bio->width() / 4);
+}
+
 void SidebarTest::textsFromTheServerAreShownAsTheyStand()
 {
     Sidebar sidebar(tall);
@@ -366,6 +421,9 @@ void SidebarTest::columnKeepsItsMetrics()
     const QRect bio = place(sidebar.named<QPlainTextEdit>(QStringLiteral("Bio")));
     const QRect signUp = place(sidebar.button(QStringLiteral("Sign Up")));
     const QRect logIn = place(sidebar.button(QStringLiteral("Log In")));
+    const QRect discoverable = place(sidebar.window.findChild<Switch *>());
+    QCOMPARE(discoverable.left(), userId.left());
+    QCOMPARE(discoverable.right() - focusRingReach, userId.right()); // its track ends where the fields end
     QCOMPARE(name.top() - userId.bottom() - 1, 10);
     QCOMPARE(bio.top() - phone.bottom() - 1, 10);
     QCOMPARE(bio.height(), 72);

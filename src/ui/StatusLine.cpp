@@ -1,0 +1,50 @@
+#include "ui/StatusLine.h"
+
+#include "toolkit/WrappedLabel.h"
+#include "ui/KeyboardScrolling.h"
+#include "ui/TextStyling.h"
+
+#include <QEvent>
+#include <QScrollBar>
+#include <algorithm>
+
+namespace ambrel {
+
+StatusLine::StatusLine(QWidget *parent) : QScrollArea(parent), m_text(new WrappedLabel({}, this))
+{
+    m_text->setAlignment(Qt::AlignLeft | Qt::AlignAbsolute | Qt::AlignTop);
+    styleText(*m_text, theme::TextStyle::Footnote, theme::secondaryText);
+    m_text->setAccessibleDescription(QStringLiteral("Status"));
+    setFrameShape(QFrame::NoFrame);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setWidgetResizable(true);
+    viewport()->setAutoFillBackground(false);
+    setWidget(m_text);
+    m_text->setAutoFillBackground(false); // the area would fill it
+    enableKeyboardScrolling(*this);
+    fitText();
+}
+
+void StatusLine::setText(const QString &text)
+{
+    if (text == m_text->text())
+        return;
+    m_text->setText(text);
+    verticalScrollBar()->setValue(0);
+    fitText();
+}
+
+bool StatusLine::event(QEvent *event)
+{
+    const bool isHandled = QScrollArea::event(event);
+    if (event->type() == QEvent::Resize || event->type() == QEvent::FontChange)
+        fitText();
+    return isHandled;
+}
+
+void StatusLine::fitText()
+{
+    setFixedHeight(std::min(m_text->heightForWidth(width()), theme::statusLineMaximumHeight));
+}
+
+} // namespace ambrel
