@@ -44,7 +44,5 @@ function(ambrel_test name)
     add_test(NAME ${name} COMMAND ${name})
     set_tests_properties(${name} PROPERTIES ENVIRONMENT "QT_QPA_PLATFORM=offscreen")
   endif()
-  # The toolkit's own libraries are not built for the thread sanitizer: only what our code touches is judged.
-  set_tests_properties(${name} PROPERTIES TIMEOUT ${ARG_TIMEOUT} ENVIRONMENT_MODIFICATION
-    "TSAN_OPTIONS=set:ignore_noninstrumented_modules=1 suppressions=${CMAKE_SOURCE_DIR}/tests/support/thread-sanitizer.suppressions")
+  set_tests_properties(${name} PROPERTIES TIMEOUT ${ARG_TIMEOUT})
 endfunction()

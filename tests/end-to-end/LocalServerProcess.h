@@ -1,7 +1,6 @@
 #pragma once
 
-#include <QProcess>
-#include <QString>
+#include "support/ChildProcess.h"
 
 namespace ambrel {
 
@@ -10,14 +9,12 @@ class LocalServerProcess
 {
 public:
     LocalServerProcess();
-    ~LocalServerProcess();
-    Q_DISABLE_COPY_MOVE(LocalServerProcess)
 
     /// The address from the line that the server prints when it is ready; empty when it did not start.
     const QString &url() const { return m_url; }
 
 private:
-    QProcess m_process;
+    ChildProcess m_process;
     QString m_url;
 };
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "support/ChildProcess.h"
 #include "toolkit/ClientSideFrame.h"
 #include "toolkit/WindowControls.h"
 
@@ -7,7 +8,6 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMouseEvent>
-#include <QProcess>
 #include <QPushButton>
 #include <QRegularExpression>
 #include <QTest>
@@ -20,7 +20,7 @@ namespace pointer {
 
 inline void act(const QStringList &arguments)
 {
-    QCOMPARE(QProcess::execute(QStringLiteral("xdotool"), arguments), 0);
+    QCOMPARE(ChildProcess::run(QStringLiteral("xdotool"), arguments), 0);
     QCoreApplication::processEvents();
 }
 
@@ -100,10 +100,8 @@ bool drag(QPoint from, QPoint to, const Arrived &arrived)
 /// Where the X server has the window; a window manager tells the application only when a move is over.
 inline QPoint placeOf(const QWidget &window)
 {
-    QProcess query;
-    query.start(QStringLiteral("xwininfo"), {QStringLiteral("-id"), QString::number(window.winId())});
-    query.waitForFinished();
-    const QString answer = QString::fromLatin1(query.readAllStandardOutput());
+    const QString answer = QString::fromLatin1(
+        ChildProcess::outputOf(QStringLiteral("xwininfo"), {QStringLiteral("-id"), QString::number(window.winId())}));
     const auto number = [&answer](const QString &name) {
         return QRegularExpression(name + QStringLiteral(":\\s+(-?\\d+)")).match(answer).captured(1).toInt();
     };

@@ -1,6 +1,6 @@
+#include "support/ChildProcess.h"
 #include "toolkit/PeopleColumn.h"
 
-#include <QProcess>
 #include <QStyle>
 #include <QStyleOption>
 
@@ -117,7 +117,7 @@ void LazyColumnTest::realWheelOverAButtonInARowScrolls()
     PeopleWindow window(people);
     QVERIFY(QTest::qWaitForWindowActive(&window));
     const QPoint place = window.row(1)->keep.mapToGlobal(window.row(1)->keep.rect().center());
-    QCOMPARE(QProcess::execute(QStringLiteral("xdotool"),
+    QCOMPARE(ChildProcess::run(QStringLiteral("xdotool"),
                                {QStringLiteral("mousemove"), QString::number(place.x()), QString::number(place.y()),
                                 QStringLiteral("click"), QStringLiteral("5")}),
              0);

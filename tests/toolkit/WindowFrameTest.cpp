@@ -36,27 +36,24 @@ private Q_SLOTS:
     void controlsShowHoverPressAndFocus();
 
 private:
-    QProcess m_windowManager;
+    std::unique_ptr<ChildProcess> m_windowManager;
     std::unique_ptr<FramedWindow> m_window;
 };
 
 void WindowFrameTest::initTestCase()
 {
-    m_windowManager.start(QStringLiteral("openbox"), {QStringLiteral("--sm-disable")});
-    QVERIFY(m_windowManager.waitForStarted());
-    QTRY_VERIFY([] {
-        QProcess query;
-        query.start(QStringLiteral("xprop"), {QStringLiteral("-root"), QStringLiteral("_NET_SUPPORTING_WM_CHECK")});
-        query.waitForFinished();
-        return query.readAllStandardOutput().contains("window id");
-    }());
+    m_windowManager =
+        std::make_unique<ChildProcess>(QStringLiteral("openbox"), QStringList{QStringLiteral("--sm-disable")});
+    QVERIFY(m_windowManager->isStarted());
+    QTRY_VERIFY(ChildProcess::outputOf(QStringLiteral("xprop"),
+                                       {QStringLiteral("-root"), QStringLiteral("_NET_SUPPORTING_WM_CHECK")})
+                    .contains("window id"));
 }
 
 void WindowFrameTest::cleanupTestCase()
 {
     m_window.reset();
-    m_windowManager.terminate();
-    QVERIFY(m_windowManager.waitForFinished());
+    m_windowManager.reset();
 }
 
 void WindowFrameTest::init()
