@@ -5,6 +5,7 @@
 #include "support/ChildProcess.h"
 #include "support/Row.h"
 #include "support/Samples.h"
+#include "support/SiblingProgram.h"
 #include "support/ThreadClock.h"
 
 #include <fcntl.h>

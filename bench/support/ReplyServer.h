@@ -1,6 +1,7 @@
 #pragma once
 
 #include "support/ChildProcess.h"
+#include "support/SiblingProgram.h"
 
 #include <QString>
 

@@ -4,13 +4,11 @@
 
 namespace ambrel {
 
-LocalServerProcess::LocalServerProcess()
-    : m_process(QStringLiteral(AMBREL_LOCAL_SERVER), {QStringLiteral("--port"), QStringLiteral("0")})
+LocalServerProcess::LocalServerProcess() : m_process(AMBREL_LOCAL_SERVER, {"--port", "0"})
 {
     static const QRegularExpression address(QStringLiteral("http://[0-9.]+:[0-9]+"));
-    QByteArray line;
-    while (m_url.isEmpty() && !(line = m_process.readLine()).isEmpty())
-        m_url = address.match(QString::fromUtf8(line)).captured();
+    while (m_url.isEmpty())
+        m_url = address.match(QString::fromUtf8(m_process.readLine())).captured();
 }
 
 } // namespace ambrel

@@ -2,6 +2,8 @@
 
 #include "support/ChildProcess.h"
 
+#include <QString>
+
 namespace ambrel {
 
 /// The real local server as a process of its own on a free port; ends with this object.
@@ -10,7 +12,7 @@ class LocalServerProcess
 public:
     LocalServerProcess();
 
-    /// The address from the line that the server prints when it is ready; empty when it did not start.
+    /// The address from the line that the server prints when it is ready.
     const QString &url() const { return m_url; }
 
 private:

@@ -1,84 +1,115 @@
 #include "support/ChildProcess.h"
 
-#include <QList>
-#include <algorithm>
 #include <csignal>
-#include <cstdlib>
 #include <fcntl.h>
 #include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
+#include <vector>
 
 namespace ambrel {
 
-ChildProcess::ChildProcess(const QString &program, const QStringList &arguments)
-{
-    QByteArrayList texts{program.toLocal8Bit()};
-    for (const QString &argument : arguments)
-        texts << argument.toLocal8Bit();
-    QList<char *> pointers;
-    for (QByteArray &text : texts)
-        pointers << text.data();
-    pointers << nullptr;
+namespace {
 
-    int ends[2] = {-1, -1};
+std::vector<char *> pointersTo(const QList<QByteArray> &texts)
+{
+    std::vector<char *> pointers;
+    for (const QByteArray &text : texts)
+        pointers.push_back(const_cast<char *>(text.constData()));
+    pointers.push_back(nullptr);
+    return pointers;
+}
+
+/// Only the ends that the child is meant to have cross over.
+void makePipe(int &readEnd, int &writeEnd)
+{
+    int ends[2];
     if (pipe2(ends, O_CLOEXEC) != 0)
-        return;
+        qFatal("no pipe");
+    readEnd = ends[0];
+    writeEnd = ends[1];
+}
+
+} // namespace
+
+ChildProcess::ChildProcess(const QByteArray &program, const QList<QByteArray> &arguments,
+                           const QList<QByteArray> &environment, int inherited)
+{
+    int childInput = -1;
+    int childOutput = -1;
+    makePipe(childInput, m_input);
+    makePipe(m_output, childOutput);
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_adddup2(&actions, ends[1], STDOUT_FILENO);
-    if (posix_spawnp(&m_id, pointers.first(), &actions, nullptr, pointers.data(), environ) != 0)
-        m_id = -1;
+    posix_spawn_file_actions_adddup2(&actions, childInput, STDIN_FILENO);
+    posix_spawn_file_actions_adddup2(&actions, childOutput, STDOUT_FILENO);
+    if (inherited >= 0)
+        posix_spawn_file_actions_adddup2(&actions, inherited, inherited); // takes the close-on-exec mark off
+
+    QList<QByteArray> variables = environment;
+    for (char **variable = environ; *variable; ++variable)
+        variables += QByteArray(*variable); // the first of two wins
+    const QList<QByteArray> words = QList<QByteArray>{program} + arguments;
+    const int error = posix_spawnp(&m_id, program.constData(), &actions, nullptr, pointersTo(words).data(),
+                                   pointersTo(variables).data());
     posix_spawn_file_actions_destroy(&actions);
-    close(ends[1]);
-    m_output = fdopen(ends[0], "r");
+    ::close(childInput);
+    ::close(childOutput);
+    if (error != 0)
+        qFatal("cannot start %s", program.constData());
 }
 
 ChildProcess::~ChildProcess()
 {
-    if (m_id > 0) {
+    ::close(m_input);
+    if (m_id > 0)
         kill(m_id, SIGTERM);
-        waitForEnd();
-    }
-    if (m_output)
-        std::fclose(m_output);
+    wait();
+    ::close(m_output);
 }
 
 QByteArray ChildProcess::readLine()
 {
-    char *line = nullptr;
-    std::size_t room = 0;
-    const ssize_t length = m_output ? getline(&line, &room, m_output) : -1;
-    QByteArray read(line, std::max<ssize_t>(0, length));
-    std::free(line);
-    return read;
-}
-
-int ChildProcess::run(const QString &program, const QStringList &arguments)
-{
-    ChildProcess process(program, arguments);
-    while (!process.readLine().isEmpty()) {
+    QByteArray line;
+    char letter = 0;
+    while (read(m_output, &letter, 1) == 1) {
+        if (letter == '\n')
+            return line;
+        line += letter;
     }
-    return process.isStarted() ? process.waitForEnd() : -1;
+    qFatal("a child process ended early");
 }
 
-QByteArray ChildProcess::outputOf(const QString &program, const QStringList &arguments)
+int ChildProcess::wait()
+{
+    int status = 0;
+    if (m_id > 0)
+        waitpid(std::exchange(m_id, -1), &status, 0);
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+int ChildProcess::run(const QByteArray &program, const QList<QByteArray> &arguments)
 {
     ChildProcess process(program, arguments);
-    QByteArray output;
-    for (QByteArray line = process.readLine(); !line.isEmpty(); line = process.readLine())
-        output += line;
-    if (process.isStarted())
-        process.waitForEnd();
+    process.readAll();
+    return process.wait();
+}
+
+QByteArray ChildProcess::outputOf(const QByteArray &program, const QList<QByteArray> &arguments)
+{
+    ChildProcess process(program, arguments);
+    const QByteArray output = process.readAll();
+    process.wait();
     return output;
 }
 
-int ChildProcess::waitForEnd()
+QByteArray ChildProcess::readAll()
 {
-    int status = 0;
-    const bool isOver = waitpid(m_id, &status, 0) == m_id;
-    m_id = -1;
-    return isOver && WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    QByteArray all;
+    char part[4096];
+    for (ssize_t length; (length = read(m_output, part, sizeof part)) > 0;)
+        all.append(part, length);
+    return all;
 }
 
 } // namespace ambrel

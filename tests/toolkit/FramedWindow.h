@@ -18,24 +18,24 @@ namespace ambrel {
 /// The X server's pointer, as a hand moves it.
 namespace pointer {
 
-inline void act(const QStringList &arguments)
+inline void act(const QList<QByteArray> &arguments)
 {
-    QCOMPARE(ChildProcess::run(QStringLiteral("xdotool"), arguments), 0);
+    QCOMPARE(ChildProcess::run("xdotool", arguments), 0);
     QCoreApplication::processEvents();
 }
 
 inline void moveTo(QPoint place)
 {
-    act({QStringLiteral("mousemove"), QString::number(place.x()), QString::number(place.y())});
+    act({"mousemove", QByteArray::number(place.x()), QByteArray::number(place.y())});
 }
 
 inline void press()
 {
-    act({QStringLiteral("mousedown"), QStringLiteral("1")});
+    act({"mousedown", "1"});
 }
 inline void release()
 {
-    act({QStringLiteral("mouseup"), QStringLiteral("1")});
+    act({"mouseup", "1"});
 }
 
 inline void clickAt(QPoint place)
@@ -55,8 +55,7 @@ inline void doubleClickAt(QPoint place)
 {
     QApplication::setDoubleClickInterval(400);
     moveTo(place);
-    act({QStringLiteral("click"), QStringLiteral("--repeat"), QStringLiteral("2"), QStringLiteral("--delay"),
-         QStringLiteral("20"), QStringLiteral("1")});
+    act({"click", "--repeat", "2", "--delay", "20", "1"});
 }
 
 /// What the application has seen of the pointer.
@@ -100,8 +99,8 @@ bool drag(QPoint from, QPoint to, const Arrived &arrived)
 /// Where the X server has the window; a window manager tells the application only when a move is over.
 inline QPoint placeOf(const QWidget &window)
 {
-    const QString answer = QString::fromLatin1(
-        ChildProcess::outputOf(QStringLiteral("xwininfo"), {QStringLiteral("-id"), QString::number(window.winId())}));
+    const QString answer =
+        QString::fromLatin1(ChildProcess::outputOf("xwininfo", {"-id", QByteArray::number(window.winId())}));
     const auto number = [&answer](const QString &name) {
         return QRegularExpression(name + QStringLiteral(":\\s+(-?\\d+)")).match(answer).captured(1).toInt();
     };

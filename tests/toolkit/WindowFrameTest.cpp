@@ -42,12 +42,8 @@ private:
 
 void WindowFrameTest::initTestCase()
 {
-    m_windowManager =
-        std::make_unique<ChildProcess>(QStringLiteral("openbox"), QStringList{QStringLiteral("--sm-disable")});
-    QVERIFY(m_windowManager->isStarted());
-    QTRY_VERIFY(ChildProcess::outputOf(QStringLiteral("xprop"),
-                                       {QStringLiteral("-root"), QStringLiteral("_NET_SUPPORTING_WM_CHECK")})
-                    .contains("window id"));
+    m_windowManager = std::make_unique<ChildProcess>("openbox", QList<QByteArray>{"--sm-disable"});
+    QTRY_VERIFY(ChildProcess::outputOf("xprop", {"-root", "_NET_SUPPORTING_WM_CHECK"}).contains("window id"));
 }
 
 void WindowFrameTest::cleanupTestCase()
