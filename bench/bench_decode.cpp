@@ -71,6 +71,7 @@ double residentPeakOverBody(const QByteArray &json)
 {
     QFile::exists(QString());               // settles lazily loaded code before the first reading
     waitForWorkers();                       // who may still be freeing an earlier body
+    malloc_trim(0);                         // what an earlier record has left would be used again and not counted
     mallopt(M_MMAP_THRESHOLD, 1024 * 1024); // the body is a fresh block, so that all its pages are counted
     const auto resident = [](const char *key) {
         QFile status(QStringLiteral("/proc/self/status"));

@@ -1,13 +1,16 @@
 #include "model/Json.h"
+#include "model/JsonKey.h"
+#include "model/JsonLetters.h"
 #include "model/LongTexts.h"
 #include "model/RequestRecords.h"
 #include "model/ResponseRecords.h"
 
 #include <QStringList>
+#include <algorithm>
 #include <array>
 #include <bitset>
 #include <cmath>
-#include <cstring>
+#include <cstdint>
 #include <optional>
 #include <simdjson.h>
 
@@ -28,10 +31,13 @@ struct Place
 {
     const Place *parent = nullptr;
     const char *key = nullptr; ///< null for a list element
-    qsizetype index = 0;
+    qsizetype index = 0;       ///< in the list, or of the field in its record
     int depth = 0;
 
-    Place under(const char *childKey) const { return {this, childKey, 0, depth + 1}; }
+    Place under(const char *childKey, std::size_t field) const
+    {
+        return {this, childKey, static_cast<qsizetype>(field), depth + 1};
+    }
     Place at(qsizetype childIndex) const { return {this, nullptr, childIndex, depth + 1}; }
 
     QString path() const
@@ -51,7 +57,8 @@ struct Place
 
 /// Malformed JSON and a wrong type both end here; the type is what the reader of the sentence can act on.
 template <typename Value>
-Value expect(simdjson::simdjson_result<Value> result, const Place &place, const char *type)
+[[gnu::always_inline]] inline Value expect(simdjson::simdjson_result<Value> result, const Place &place,
+                                           const char *type)
 {
     Value value;
     if (std::move(result).get(value) != simdjson::SUCCESS)
@@ -98,27 +105,25 @@ void skip(ondemand::value value, const Place &place)
     }
 }
 
-/// The longest key is far shorter than the padding behind the text, so any of them can be compared at any place.
 template <WireRecord Record>
-constexpr auto keysOf = std::apply([](auto... fields) { return std::array{std::string_view(fields.key)...}; },
-                                   Record::fields());
+constexpr auto keysOf = std::apply([](auto... fields) { return std::array{JsonKey(fields.key)...}; }, Record::fields());
 
 class Reader
 {
 public:
     Reader(const std::shared_ptr<Bytes> &json, const LongTexts &longTexts) : m_json(json), m_longTexts(longTexts) {}
 
-    void read(ondemand::value value, bool &out, const Place &place)
+    void read(ondemand::value &value, bool &out, const Place &place)
     {
         out = expect(value.get_bool(), place, "true or false");
     }
 
-    void read(ondemand::value value, double &out, const Place &place)
+    void read(ondemand::value &value, double &out, const Place &place)
     {
         out = expect(value.get_double(), place, "a number");
     }
 
-    void read(ondemand::value value, qint64 &out, const Place &place)
+    void read(ondemand::value &value, qint64 &out, const Place &place)
     {
         int64_t whole = 0;
         if (value.get_int64().get(whole) == simdjson::SUCCESS) {
@@ -132,30 +137,39 @@ public:
         out = static_cast<qint64>(number);
     }
 
-    void read(ondemand::value value, QString &out, const Place &place)
+    void read(ondemand::value &value, QString &out, const Place &place)
     {
         const Text text = readText(value, place);
-        out = QString::fromUtf8(text.view.data(), static_cast<qsizetype>(text.view.size()));
+        Recent &recent = m_recent[static_cast<std::size_t>(place.index) % m_recent.size()];
+        if (text.view != recent.utf8) {
+            recent = {text.view, QString()};
+            out = toString(text);
+            return;
+        }
+        if (recent.text.isNull())
+            recent.text = toString(text);
+        out = recent.text;
     }
 
-    void read(ondemand::value value, PhotoText &out, const Place &place)
+    void read(ondemand::value &value, PhotoText &out, const Place &place)
     {
         const Text text = readText(value, place);
         out = text.isLong ? PhotoText(m_json, text.view) : PhotoText(text.view);
     }
 
     template <typename Element>
-    void read(ondemand::value value, QList<Element> &out, const Place &place)
+    void read(ondemand::value &value, QList<Element> &out, const Place &place)
     {
         out.clear();
-        for (auto element : expect(value.get_array(), place, "a list")) {
+        for (auto result : expect(value.get_array(), place, "a list")) {
             const Place elementPlace = place.at(out.size());
-            read(expect(element, elementPlace, "valid JSON"), out.emplaceBack(), elementPlace);
+            ondemand::value element = expect(result, elementPlace, "valid JSON");
+            read(element, out.emplaceBack(), elementPlace);
         }
     }
 
     template <typename Value>
-    void read(ondemand::value value, std::optional<Value> &out, const Place &place)
+    void read(ondemand::value &value, std::optional<Value> &out, const Place &place)
     {
         if (expect(value.type(), place, "valid JSON") == ondemand::json_type::null) {
             skip(value, place);
@@ -166,7 +180,7 @@ public:
     }
 
     template <WireRecord Record>
-    void read(ondemand::value value, Record &out, const Place &place)
+    void read(ondemand::value &value, Record &out, const Place &place)
     {
         read(expect(value.get_object(), place, "an object"), out, place);
     }
@@ -175,6 +189,7 @@ public:
     void read(ondemand::object object, Record &out, const Place &place)
     {
         constexpr std::size_t count = std::tuple_size_v<decltype(Record::fields())>;
+        static constexpr auto readers = fieldReaders<Record>(std::make_index_sequence<count>());
         std::bitset<count> seen;
         std::size_t expected = 0;
         for (auto result : object) {
@@ -184,7 +199,7 @@ public:
                 skip(field.value(), place.at(0));
                 continue;
             }
-            readField(field.value(), out, index, place, std::make_index_sequence<count>());
+            readers[index](*this, field.value(), out, place);
             seen.set(index);
             expected = index + 1;
         }
@@ -195,20 +210,28 @@ private:
     struct Text
     {
         std::string_view view;
-        bool isLong; ///< stands in the reply itself
+        bool isLong;  ///< stands in the reply itself
+        bool isAscii; ///< known to be
     };
 
-    Text readText(ondemand::value value, const Place &place)
+    static QString toString(const Text &text)
     {
-        if (expect(value.type(), place, "a text") != ondemand::json_type::string)
-            fail(place, QStringLiteral("is not a text"));
+        const auto size = static_cast<qsizetype>(text.view.size());
+        return text.isAscii ? QString::fromLatin1(text.view.data(), size) : QString::fromUtf8(text.view.data(), size);
+    }
+
+    Text readText(ondemand::value &value, const Place &place)
+    {
         std::string_view token = value.raw_json_token();
+        if (token.front() != '"')
+            fail(place, QStringLiteral("is not a text"));
         if (const auto inside = m_longTexts.at(token.data()))
-            return {*inside, true};
+            return {.view = *inside, .isLong = true, .isAscii = true};
         token = token.substr(1, token.find_last_of('"') - 1);
-        if (token.find('\\') == std::string_view::npos)
-            return {token, false};
-        return {expect(value.get_string(), place, "a text"), false};
+        const JsonLetters letters(token);
+        if (letters.hasBackslash)
+            return {.view = expect(value.get_string(), place, "a text"), .isLong = false, .isAscii = false};
+        return {.view = token, .isLong = false, .isAscii = letters.isAscii};
     }
 
     /// The record's field with this key, or the number of its fields. Escapes in keys are looked through.
@@ -216,45 +239,41 @@ private:
     static std::size_t fieldIndex(ondemand::field &field, std::size_t expected, const Place &place)
     {
         const char *const begin = field.key().raw();
-        // Servers write keys in order: the one expected is compared before its end is looked for.
+        // Servers write keys in order: those to come are compared before the end of this one is looked for.
         constexpr auto &keys = keysOf<Record>;
-        if (expected < keys.size()) {
-            const std::string_view next = keys[expected];
-            if (std::memcmp(begin, next.data(), next.size()) == 0 && begin[next.size()] == '"')
-                return expected;
+        for (std::size_t i = expected; i < keys.size(); ++i) {
+            if (keys[i].standsAt(begin))
+                return i;
         }
         const char *end = begin; // a quote always follows: the text has been indexed
         while (*end != '"' && *end != '\\')
             ++end;
         if (*end == '"')
-            return fieldIndex<Record>(std::string_view(begin, static_cast<std::size_t>(end - begin)), expected);
-        return fieldIndex<Record>(expect(field.unescaped_key(), place, "valid JSON"), expected);
+            return fieldIndex<Record>(std::string_view(begin, static_cast<std::size_t>(end - begin)));
+        return fieldIndex<Record>(expect(field.unescaped_key(), place, "valid JSON"));
     }
 
     template <WireRecord Record>
-    static std::size_t fieldIndex(std::string_view key, std::size_t expected)
+    static std::size_t fieldIndex(std::string_view key)
     {
         constexpr auto &keys = keysOf<Record>;
-        for (std::size_t i = expected; i < keys.size(); ++i) {
-            if (keys[i] == key)
-                return i;
-        }
-        const auto end = keys.begin() + static_cast<std::ptrdiff_t>(std::min(expected, keys.size()));
-        const auto found = std::find(keys.begin(), end, key);
-        return found == end ? keys.size() : static_cast<std::size_t>(found - keys.begin());
+        const auto found =
+            std::find_if(keys.begin(), keys.end(), [key](const JsonKey &own) { return own.text() == key; });
+        return static_cast<std::size_t>(found - keys.begin());
     }
 
+    template <WireRecord Record>
+    using FieldReader = void (*)(Reader &reader, ondemand::value &value, Record &out, const Place &place);
+
+    /// One function for each field of the record.
     template <WireRecord Record, std::size_t... indexes>
-    void readField(ondemand::value value, Record &out, std::size_t index, const Place &place,
-                   std::index_sequence<indexes...>)
+    static constexpr auto fieldReaders(std::index_sequence<indexes...>)
     {
-        constexpr auto fields = Record::fields();
-        const auto readIf = [&](std::size_t i, const auto &field) {
-            if (i == index)
-                read(value, out.*(field.member), place.under(field.key));
-            return i == index;
-        };
-        (void)(readIf(indexes, std::get<indexes>(fields)) || ...);
+        return std::array<FieldReader<Record>, sizeof...(indexes)>{
+            [](Reader &reader, ondemand::value &value, Record &out, const Place &place) {
+                constexpr auto field = std::get<indexes>(Record::fields());
+                reader.read(value, out.*(field.member), place.under(field.key, indexes));
+            }...};
     }
 
     template <WireRecord Record, std::size_t count>
@@ -263,13 +282,21 @@ private:
         std::size_t index = 0;
         forEachField<Record>([&]<typename Value>(const char *key, Value Record::*) {
             if (!IsOptional<Value>::value && !seen.test(index))
-                fail(place.under(key), QStringLiteral("is missing"));
+                fail(place.under(key, index), QStringLiteral("is missing"));
             ++index;
         });
     }
 
+    /// The text last read in one field; once it comes again, the string that those who have it share.
+    struct Recent
+    {
+        std::string_view utf8;
+        QString text;
+    };
+
     const std::shared_ptr<Bytes> &m_json;
     const LongTexts &m_longTexts;
+    std::array<Recent, 16> m_recent; ///< heat levels and time stamps are alike in most matches, and then shared
 };
 
 } // namespace

@@ -140,7 +140,7 @@ void LongTexts::take(std::size_t &copied, std::size_t begin, std::size_t end, st
     copied = end;
 }
 
-std::optional<std::string_view> LongTexts::at(const char *token) const
+std::optional<std::string_view> LongTexts::takenAt(const char *token) const
 {
     const auto offset = static_cast<std::size_t>(token - skeleton().data());
     const auto found = std::lower_bound(m_taken.begin(), m_taken.end(), offset,

@@ -20,7 +20,10 @@ public:
     /// The JSON text in which each long string has become ""; followed by `Bytes::padding` readable bytes.
     std::string_view skeleton() const { return m_skeleton.size() ? m_skeleton.view() : m_json; }
     /// The inside of the long string whose "" begins at `token` in the skeleton; nothing for any other token.
-    std::optional<std::string_view> at(const char *token) const;
+    std::optional<std::string_view> at(const char *token) const
+    {
+        return m_taken.empty() ? std::nullopt : takenAt(token);
+    }
 
 private:
     struct Taken
@@ -28,6 +31,7 @@ private:
         std::size_t offset; ///< of its "" in the skeleton
         std::string_view inside;
     };
+    std::optional<std::string_view> takenAt(const char *token) const;
     void take(std::size_t &copied, std::size_t begin, std::size_t end, std::size_t length);
 
     std::string_view m_json;

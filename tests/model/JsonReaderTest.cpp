@@ -109,6 +109,44 @@ private Q_SLOTS:
         QCOMPARE(request, (SeeMeRequest{QStringLiteral("a"), QStringLiteral("b"), QStringLiteral("c")}));
     }
 
+    void alikeKeysAreToldApart()
+    {
+        const auto reply = decode<HealthResponse>(
+            QByteArray("{'o':1,'okay':2,'nam':3,'names':4,'serverTimes':6,'ok':true,'name':'a','serverTime':'b'}")
+                .replace('\'', '"'));
+        QVERIFY(reply.ok);
+        QCOMPARE(reply.name, QStringLiteral("a"));
+        QCOMPARE(reply.serverTime, QStringLiteral("b"));
+    }
+
+    /// Texts that come again in the same field may share one string; every one of them is still its own.
+    void textsThatComeAgainStayRight()
+    {
+        const QList<QByteArray> written{"HOT",         "HOT",         "HOT",   "",         "",
+                                        "HOT",         "a\\tb",       "a\\tb", "12345678", "12345679",
+                                        "caf\xC3\xA9", "caf\xC3\xA9", "cafe",  "\\n"};
+        const QStringList meant{QStringLiteral("HOT"),      QStringLiteral("HOT"),  QStringLiteral("HOT"),
+                                QStringLiteral(""),         QStringLiteral(""),     QStringLiteral("HOT"),
+                                QStringLiteral("a\tb"),     QStringLiteral("a\tb"), QStringLiteral("12345678"),
+                                QStringLiteral("12345679"), QStringLiteral("café"), QStringLiteral("café"),
+                                QStringLiteral("cafe"),     QStringLiteral("\n")};
+        QByteArray messages;
+        for (const QByteArray &text : written) {
+            messages += (messages.isEmpty() ? "" : ",") +
+                        QByteArray("{'id':'#','fromUserId':'#','toUserId':'x','body':'#'}").replace('#', text);
+        }
+        const QByteArray json = "{'ok':true,'seeMeMessages':[" + messages + "]}";
+        const auto reply = decode<SeeMeMessagesResponse>(QByteArray(json).replace('\'', '"'));
+        QCOMPARE(reply.seeMeMessages.size(), meant.size());
+        for (qsizetype i = 0; i < meant.size(); ++i) {
+            const SeeMeMessage &message = reply.seeMeMessages.at(i);
+            QCOMPARE(message.id, meant.at(i));
+            QCOMPARE(message.fromUserId, meant.at(i));
+            QCOMPARE(message.body, meant.at(i));
+            QVERIFY(!message.body.isNull());
+        }
+    }
+
     void byteOrderMarkIsAccepted() { QVERIFY(decode<UserResponse>("\xEF\xBB\xBF{\"ok\":true}").ok); }
 
     void deepNestingIsRefusedWithoutACrash()
