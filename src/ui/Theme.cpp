@@ -2,7 +2,6 @@
 
 #include <QApplication>
 #include <QFontDatabase>
-#include <QFontInfo>
 #include <algorithm>
 #include <array>
 #include <utility>
@@ -35,10 +34,11 @@ bool hasHeavyWeights(const QString &family)
     });
 }
 
-/// The desktop's family, or one that can draw the wordmark truly black.
+/// The desktop's family, or one that can draw the wordmark truly black. A generic name ("Sans Serif") has no weights of
+/// its own; to ask which family stands behind it would load a font that is not shown.
 QString chooseFamily()
 {
-    QString desktopFamily = QFontInfo(QApplication::font()).family();
+    QString desktopFamily = QApplication::font().family();
     for (const QString &family : {desktopFamily, QStringLiteral("Inter"), QStringLiteral("Noto Sans")}) {
         if (hasHeavyWeights(family))
             return family;
