@@ -1,5 +1,7 @@
 // Memory after start, and live with 50 matches and their photos, beside an empty window of the same toolkit: the
-// proportional set size, which shares the pages of libraries among those who use them. Usage: bench_memory CLIENT
+// proportional set size, which shares the pages of libraries among those who use them. To be run on copies of the
+// libraries, as the reply server then is, too: it is the client alone that uses the installed ones, and they count
+// whole. Usage: LD_LIBRARY_PATH=COPIES bench_memory CLIENT
 
 #include "support/ReplyServer.h"
 #include "support/Row.h"
@@ -29,7 +31,7 @@ double proportionalMegabytes(pid_t process)
 /// The median over `time`, once the first second has passed.
 double settledMegabytes(const QByteArray &program, const QList<QByteArray> &arguments, std::chrono::milliseconds time)
 {
-    const ChildProcess child(program, arguments);
+    const ChildProcess child(program, arguments, {"LD_LIBRARY_PATH="});
     std::this_thread::sleep_for(1s);
     std::vector<double> samples;
     constexpr auto interval = 200ms;

@@ -1,5 +1,6 @@
 #include "support/ChildProcess.h"
 
+#include <algorithm>
 #include <csignal>
 #include <fcntl.h>
 #include <spawn.h>
@@ -47,8 +48,14 @@ ChildProcess::ChildProcess(const QByteArray &program, const QList<QByteArray> &a
         posix_spawn_file_actions_adddup2(&actions, inherited, inherited); // takes the close-on-exec mark off
 
     QList<QByteArray> variables = environment;
-    for (char **variable = environ; *variable; ++variable)
-        variables += QByteArray(*variable); // the first of two wins
+    for (char **variable = environ; *variable; ++variable) {
+        const QByteArray inherits(*variable);
+        const QByteArray name = inherits.left(inherits.indexOf('=') + 1);
+        const bool isReplaced = std::any_of(environment.begin(), environment.end(),
+                                            [&name](const QByteArray &given) { return given.startsWith(name); });
+        if (!isReplaced)
+            variables += inherits;
+    }
     const QList<QByteArray> words = QList<QByteArray>{program} + arguments;
     const int error = posix_spawnp(&m_id, program.constData(), &actions, nullptr, pointersTo(words).data(),
                                    pointersTo(variables).data());

@@ -12,8 +12,8 @@ namespace ambrel {
 class ChildProcess
 {
 public:
-    /// Starts `program`, found along PATH unless it is a path itself. `environment` holds additions of the form
-    /// "NAME=value"; `inherited` is a descriptor that the child gets, too. Ends this program when that fails.
+    /// Starts `program`, found along PATH unless it is a path itself. `environment` holds additions and replacements of
+    /// the form "NAME=value"; `inherited` is a descriptor that the child gets, too. Ends this program when that fails.
     explicit ChildProcess(const QByteArray &program, const QList<QByteArray> &arguments = {},
                           const QList<QByteArray> &environment = {}, int inherited = -1);
     ~ChildProcess();
