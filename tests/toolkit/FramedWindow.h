@@ -45,6 +45,15 @@ inline void clickAt(QPoint place)
     release();
 }
 
+/// Clicks once the widget has seen the pointer: a window that is only just being shown misses an earlier press.
+inline void clickOn(QWidget &widget)
+{
+    moveTo(widget.mapToGlobal(widget.rect().center()));
+    QTRY_VERIFY(widget.underMouse());
+    press();
+    release();
+}
+
 /// The clicks of different tests are no double clicks, however quickly they follow each other.
 inline void forgetEarlierClicks()
 {
@@ -105,6 +114,12 @@ inline QPoint placeOf(const QWidget &window)
         return QRegularExpression(name + QStringLiteral(":\\s+(-?\\d+)")).match(answer).captured(1).toInt();
     };
     return {number(QStringLiteral("Absolute upper-left X")), number(QStringLiteral("Absolute upper-left Y"))};
+}
+
+/// Whether the window manager has put the window away; Qt calls it minimised as soon as that is asked for.
+inline bool isIconified(const QWidget &window)
+{
+    return ChildProcess::outputOf("xprop", {"-id", QByteArray::number(window.winId()), "WM_STATE"}).contains("Iconic");
 }
 
 /// Drags the window by `distance` at a place without grip; it moves from where the drag is told from a click.
