@@ -1,5 +1,5 @@
 // Stands in for the sound library: as slow as a sound server that is hard to reach, it notes in the environment which
-// event it was asked to play.
+// event it was asked to play. Where FAKE_CANBERRA_FAILS is set it finds nothing to play it with.
 #include <QByteArray>
 #include <canberra.h>
 #include <chrono>
@@ -27,6 +27,8 @@ int ca_context_destroy(ca_context *)
 int ca_context_play(ca_context *, uint32_t id, ...)
 {
     std::this_thread::sleep_for(std::chrono::milliseconds(500));
+    if (qEnvironmentVariableIsSet("FAKE_CANBERRA_FAILS"))
+        return CA_ERROR_NODRIVER;
     std::va_list properties;
     va_start(properties, id);
     while (const char *const key = va_arg(properties, const char *)) {
