@@ -1,5 +1,7 @@
 #include "api/BaseUrl.h"
 
+#include "model/RepairedUtf8.h"
+
 namespace ambrel {
 
 QString productionServer()
@@ -28,10 +30,7 @@ QUrl baseURLFromText(const QString &text)
 
 QString percentEncoded(const QString &text, const QByteArray &kept)
 {
-    const QList<uint> characters = text.toUcs4(); // which repairs broken surrogate pairs
-    const QString repaired =
-        QString::fromUcs4(reinterpret_cast<const char32_t *>(characters.data()), characters.size());
-    return QString::fromLatin1(QUrl::toPercentEncoding(repaired, kept));
+    return QString::fromLatin1(repairedUtf8(text).toPercentEncoding(kept));
 }
 
 QUrl appendingPath(const QUrl &base, const QString &path)

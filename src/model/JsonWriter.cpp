@@ -1,4 +1,5 @@
 #include "model/Json.h"
+#include "model/RepairedUtf8.h"
 #include "model/RequestRecords.h"
 #include "model/ResponseRecords.h"
 
@@ -25,7 +26,7 @@ public:
         m_json.append(digits.data(), end - digits.data());
     }
 
-    void write(const QString &value, const char *) { writeText(value.toUtf8()); }
+    void write(const QString &value, const char *) { writeText(repairedUtf8(value)); }
     void write(const PhotoText &value, const char *)
     {
         writeText({value.view().data(), static_cast<qsizetype>(value.view().size())});
@@ -121,10 +122,7 @@ template QByteArray writeRecord(const DismissRequest &);
 template QByteArray writeRecord(const SeeMeRequest &);
 template QByteArray writeRecord(const UserResponse &);
 template QByteArray writeRecord(const UserProfileResponse &);
-template QByteArray writeRecord(const UserProfile &);
-template QByteArray writeRecord(const MatchResult &);
 template QByteArray writeRecord(const CheckResponse &);
-template QByteArray writeRecord(const SeeMeMessage &);
 template QByteArray writeRecord(const SeeMeResponse &);
 template QByteArray writeRecord(const SeeMeMessagesResponse &);
 template QByteArray writeRecord(const DismissResponse &);

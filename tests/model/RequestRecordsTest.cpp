@@ -113,10 +113,10 @@ private Q_SLOTS:
         }
     }
 
-    void loneSurrogatesDoNotMakeInvalidJson()
+    void aLoneSurrogateIsWrittenAsTheReplacementCharacter()
     {
-        const LoginRequest request{QString(QChar(0xD800)), QStringLiteral("d")};
-        QCOMPARE(decode<LoginRequest>(writeRecord(request)).userId, QStringLiteral("?"));
+        const LoginRequest request{QString(QChar(0xD800)) + u'x', QStringLiteral("d")};
+        QCOMPARE(decode<LoginRequest>(writeRecord(request)).userId, QStringLiteral("\uFFFDx"));
     }
 };
 
