@@ -1,15 +1,14 @@
 #include "model/Json.h"
+#include "model/JsonGrammar.h"
 #include "model/JsonKey.h"
 #include "model/JsonLetters.h"
 #include "model/LongTexts.h"
 #include "model/RequestRecords.h"
 #include "model/ResponseRecords.h"
 
-#include <QStringList>
 #include <algorithm>
 #include <array>
 #include <bitset>
-#include <cmath>
 #include <cstdint>
 #include <optional>
 #include <simdjson.h>
@@ -23,6 +22,8 @@ using simdjson::error_code;
 
 /// Nesting beyond this is refused: the reader recurses.
 constexpr int maximumDepth = 512;
+/// The elements of all lists of a reply. More are no people: an empty text takes ten times its room in memory.
+constexpr int mostElements = 1'000'000;
 /// Up to this many bytes of JSON are parsed with buffers that stay.
 constexpr std::size_t smallText = std::size_t{64} * 1024;
 
@@ -39,6 +40,8 @@ struct Place
         return {this, childKey, static_cast<qsizetype>(field), depth + 1};
     }
     Place at(qsizetype childIndex) const { return {this, nullptr, childIndex, depth + 1}; }
+    /// Somewhere below that no sentence needs to tell.
+    Place deeper() const { return {parent, key, index, depth + 1}; }
 
     QString path() const
     {
@@ -75,25 +78,59 @@ struct IsOptional<std::optional<T>> : std::true_type
 {
 };
 
-/// Checks a value that nobody asked for, so that a broken reply is never taken for a whole one.
+/// The text of a scalar as it stands in the reply.
+std::string_view tokenOf(ondemand::value &value)
+{
+    const std::string_view token = value.raw_json_token();
+    return token.substr(0, token.find_last_not_of(" \t\r\n") + 1);
+}
+
+/// What stands between the quotes of a string's token.
+std::string_view insideOf(std::string_view token)
+{
+    return token.substr(1, token.find_last_of('"') - 1);
+}
+
+/// What stands between the quotes of a key.
+std::string_view insideOf(ondemand::field &field)
+{
+    const char *const begin = field.key().raw();
+    const char *end = begin; // a quote always follows: the text has been indexed
+    while (*end != '"')
+        end += *end == '\\' ? 2 : 1;
+    return {begin, static_cast<std::size_t>(end - begin)};
+}
+
+void expectString(std::string_view inside, const Place &place)
+{
+    if (!isJsonString(inside))
+        fail(place, QStringLiteral("is not valid JSON"));
+}
+
+/// Checks a value that nobody asked for, so that a broken reply is never taken for a whole one. What is valid JSON
+/// passes, whether we could hold it or not.
 void skip(ondemand::value value, const Place &place)
 {
     if (place.depth > maximumDepth)
         fail(place, QStringLiteral("is nested too deeply"));
     switch (expect(value.type(), place, "valid JSON")) {
     case ondemand::json_type::object:
-        for (auto field : expect(value.get_object(), place, "valid JSON"))
-            skip(expect(std::move(field).value(), place, "valid JSON"), place.at(0));
+        for (auto result : expect(value.get_object(), place, "valid JSON")) {
+            ondemand::field field = expect(std::move(result), place, "valid JSON");
+            expectString(insideOf(field), place);
+            skip(field.value(), place.deeper());
+        }
         break;
     case ondemand::json_type::array:
         for (auto element : expect(value.get_array(), place, "valid JSON"))
-            skip(expect(element, place, "valid JSON"), place.at(0));
+            skip(expect(element, place, "valid JSON"), place.deeper());
         break;
     case ondemand::json_type::number:
-        expect(value.get_double(), place, "valid JSON");
+        if (!isJsonNumber(tokenOf(value)))
+            fail(place, QStringLiteral("is not valid JSON"));
         break;
     case ondemand::json_type::string:
-        expect(value.get_string(), place, "valid JSON");
+        expectString(insideOf(tokenOf(value)), place);
         break;
     case ondemand::json_type::boolean:
         expect(value.get_bool(), place, "valid JSON");
@@ -130,11 +167,10 @@ public:
             out = whole;
             return;
         }
-        // 70.0 and 7e1 are whole numbers, too; the limits are the first doubles that no longer fit.
-        const double number = expect(value.get_double(), place, "a whole number");
-        if (number != std::trunc(number) || number < -0x1p63 || number >= 0x1p63)
+        const auto exact = wholeNumber(tokenOf(value)); // 70.0 and 7e1 are whole numbers, too
+        if (!exact)
             fail(place, QStringLiteral("is not a whole number"));
-        out = static_cast<qint64>(number);
+        out = *exact;
     }
 
     void read(ondemand::value &value, QString &out, const Place &place)
@@ -163,6 +199,8 @@ public:
         out.clear();
         for (auto result : expect(value.get_array(), place, "a list")) {
             const Place elementPlace = place.at(out.size());
+            if (++m_elements > mostElements)
+                fail(place, QStringLiteral("has too many elements"));
             ondemand::value element = expect(result, elementPlace, "valid JSON");
             read(element, out.emplaceBack(), elementPlace);
         }
@@ -196,7 +234,7 @@ public:
             ondemand::field field = expect(std::move(result), place, "valid JSON");
             const std::size_t index = fieldIndex<Record>(field, expected, place);
             if (index == count) {
-                skip(field.value(), place.at(0));
+                skip(field.value(), place.deeper());
                 continue;
             }
             readers[index](*this, field.value(), out, place);
@@ -227,7 +265,7 @@ private:
             fail(place, QStringLiteral("is not a text"));
         if (const auto inside = m_longTexts.at(token.data()))
             return {.view = *inside, .isLong = true, .isAscii = true};
-        token = token.substr(1, token.find_last_of('"') - 1);
+        token = insideOf(token);
         const JsonLetters letters(token);
         if (letters.hasBackslash)
             return {.view = expect(value.get_string(), place, "a text"), .isLong = false, .isAscii = false};
@@ -245,12 +283,14 @@ private:
             if (keys[i].standsAt(begin))
                 return i;
         }
-        const char *end = begin; // a quote always follows: the text has been indexed
-        while (*end != '"' && *end != '\\')
-            ++end;
-        if (*end == '"')
-            return fieldIndex<Record>(std::string_view(begin, static_cast<std::size_t>(end - begin)));
-        return fieldIndex<Record>(expect(field.unescaped_key(), place, "valid JSON"));
+        const std::string_view inside = insideOf(field);
+        if (inside.find('\\') == std::string_view::npos)
+            return fieldIndex<Record>(inside);
+        std::string_view key;
+        if (field.unescaped_key().get(key) == simdjson::SUCCESS)
+            return fieldIndex<Record>(key);
+        expectString(inside, place);
+        return keys.size(); // half a surrogate pair: no key of ours
     }
 
     template <WireRecord Record>
@@ -272,6 +312,9 @@ private:
         return std::array<FieldReader<Record>, sizeof...(indexes)>{
             [](Reader &reader, ondemand::value &value, Record &out, const Place &place) {
                 constexpr auto field = std::get<indexes>(Record::fields());
+                using Value = std::remove_reference_t<decltype(out.*(field.member))>;
+                if constexpr (WireRecord<Value>)
+                    out.*(field.member) = Value(); // its key may have come before
                 reader.read(value, out.*(field.member), place.under(field.key, indexes));
             }...};
     }
@@ -296,6 +339,7 @@ private:
 
     const std::shared_ptr<Bytes> &m_json;
     const LongTexts &m_longTexts;
+    int m_elements = 0;              ///< of all lists so far
     std::array<Recent, 16> m_recent; ///< heat levels and time stamps are alike in most matches, and then shared
 };
 
@@ -344,10 +388,8 @@ template DismissRequest readRecord(const std::shared_ptr<Bytes> &);
 template SeeMeRequest readRecord(const std::shared_ptr<Bytes> &);
 template UserResponse readRecord(const std::shared_ptr<Bytes> &);
 template UserProfileResponse readRecord(const std::shared_ptr<Bytes> &);
-template UserProfile readRecord(const std::shared_ptr<Bytes> &);
 template MatchResult readRecord(const std::shared_ptr<Bytes> &);
 template CheckResponse readRecord(const std::shared_ptr<Bytes> &);
-template SeeMeMessage readRecord(const std::shared_ptr<Bytes> &);
 template SeeMeResponse readRecord(const std::shared_ptr<Bytes> &);
 template SeeMeMessagesResponse readRecord(const std::shared_ptr<Bytes> &);
 template DismissResponse readRecord(const std::shared_ptr<Bytes> &);

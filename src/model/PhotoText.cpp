@@ -6,6 +6,8 @@ PhotoText::PhotoText(const QString &text) : PhotoText(std::string_view(text.toSt
 
 PhotoText::PhotoText(std::string_view text)
 {
+    if (text.empty())
+        return;
     const auto bytes = makeSharedBytes();
     bytes->append(text);
     m_bytes = bytes;

@@ -28,7 +28,14 @@ private Q_SLOTS:
         QTest::newRow("bad literal") << QByteArray("{\"ok\":tru}");
         QTest::newRow("bad unknown") << QByteArray("{\"ok\":true,\"other\":nul}");
         QTest::newRow("bad unknown number") << QByteArray("{\"ok\":true,\"other\":[01]}");
+        QTest::newRow("bad unknown fraction") << QByteArray("{\"ok\":true,\"other\":1.}");
+        QTest::newRow("bad unknown exponent") << QByteArray("{\"ok\":true,\"other\":1e+-1}");
+        QTest::newRow("bad unknown end") << QByteArray("{\"ok\":true,\"other\":1x}");
         QTest::newRow("bad unknown text") << QByteArray("{\"ok\":true,\"other\":\"\\q\"}");
+        QTest::newRow("bad unknown code") << QByteArray("{\"ok\":true,\"other\":\"\\u12g4\"}");
+        QTest::newRow("short unknown code") << QByteArray("{\"ok\":true,\"other\":\"\\u123\"}");
+        QTest::newRow("bad unknown key") << QByteArray("{\"ok\":true,\"o\\q\":1}");
+        QTest::newRow("bad key in unknown") << QByteArray("{\"ok\":true,\"other\":{\"o\\q\":1}}");
         QTest::newRow("bad UTF-8") << QByteArray("{\"ok\":true,\"serverTime\":\"\xff\xfe\"}");
         QTest::newRow("raw control") << QByteArray("{\"ok\":true,\"serverTime\":\"a\nb\"}");
         QTest::newRow("lone surrogate") << QByteArray("{\"ok\":true,\"serverTime\":\"\\ud800\"}");
@@ -40,6 +47,30 @@ private Q_SLOTS:
         const QString sentence = decodingFailure<UserResponse>(json);
         QVERIFY2(sentence.startsWith(QStringLiteral("The server's answer could not be read")), qPrintable(sentence));
         QVERIFY(sentence.endsWith(u'.'));
+    }
+
+    void unknownValuesThatNothingOfOursCouldHoldAreIgnored_data()
+    {
+        QTest::addColumn<QByteArray>("unknown");
+        QTest::newRow("beyond a double") << QByteArray("\"x\":1e400");
+        QTest::newRow("many digits") << QByteArray("\"x\":-0." + QByteArray(3000, '7') + "E-2000 ");
+        QTest::newRow("beyond 64 bits") << QByteArray("\"x\":[99999999999999999999 , -0]");
+        QTest::newRow("half a pair") << QByteArray("\"x\":\"\\ud800\\n\"");
+        QTest::newRow("half a pair in a key") << QByteArray("\"\\ud800\":1");
+        QTest::newRow("half a pair in a key within") << QByteArray("\"x\":{\"\\udc00\":null}");
+    }
+    void unknownValuesThatNothingOfOursCouldHoldAreIgnored()
+    {
+        QFETCH(QByteArray, unknown);
+        const auto reply = decode<HealthResponse>("{" + unknown + ",\"ok\":true,\"name\":\"n\"," + unknown + "}");
+        QVERIFY(reply.ok);
+        QCOMPARE(reply.name, QStringLiteral("n"));
+    }
+
+    void brokenUnknownValuesAreBlamedOnTheirRecord()
+    {
+        QCOMPARE(decodingFailure<CheckResponse>(R"({"matches":[{"x":{"y":[nul]}}]})"),
+                 QStringLiteral("The server's answer could not be read: \"matches[0]\" is not valid JSON."));
     }
 
     void wrongTypesAreRefusedWithTheKey_data()
@@ -72,6 +103,21 @@ private Q_SLOTS:
         QTest::newRow("smallest") << QByteArray("-9223372036854775808") << true << std::numeric_limits<qint64>::min();
         QTest::newRow("point zero") << QByteArray("70.0") << true << qint64(70);
         QTest::newRow("exponent") << QByteArray("7e1") << true << qint64(70);
+        QTest::newRow("signed exponent") << QByteArray("0.7E+2") << true << qint64(70);
+        QTest::newRow("less by exponent") << QByteArray("-7000e-2 ") << true << qint64(-70);
+        QTest::newRow("zero by any exponent") << QByteArray("-0.00e999999999999") << true << qint64(0);
+        QTest::newRow("largest with a point")
+            << QByteArray("9223372036854775807.0") << true << std::numeric_limits<qint64>::max();
+        QTest::newRow("beyond a double's digits")
+            << QByteArray("9007199254740993.0") << true << qint64(9007199254740993);
+        QTest::newRow("largest plus one half") << QByteArray("9223372036854775807.5") << false << qint64(0);
+        QTest::newRow("smallest less one half") << QByteArray("-9223372036854775808.5") << false << qint64(0);
+        QTest::newRow("half beyond a double's digits") << QByteArray("9007199254740992.5") << false << qint64(0);
+        QTest::newRow("nearly whole") << QByteArray("70.00000000000000001") << false << qint64(0);
+        QTest::newRow("nearly zero") << QByteArray("1e-400") << false << qint64(0);
+        QTest::newRow("one below the smallest") << QByteArray("-9223372036854775809") << false << qint64(0);
+        QTest::newRow("exponent beyond all") << QByteArray("1e2147483647") << false << qint64(0);
+        QTest::newRow("exponent beyond 32 bits") << QByteArray("10e2147483648") << false << qint64(0);
         QTest::newRow("fraction") << QByteArray("70.5") << false << qint64(0);
         QTest::newRow("too large") << QByteArray("9223372036854775808") << false << qint64(0);
         QTest::newRow("too small") << QByteArray("-9223372036854775809.5e3") << false << qint64(0);
@@ -99,6 +145,29 @@ private Q_SLOTS:
         const auto reply = decode<HealthResponse>(R"({"ok":false,"name":"a","ok":true,"name":null})");
         QVERIFY(reply.ok);
         QVERIFY(!reply.name);
+    }
+
+    void aRecordThatComesTwiceIsNotMixed()
+    {
+        const QByteArray rest = R"("discoverable":true,"latitude":1,"longitude":2,"aboutMe":[],"lookingFor":[],)"
+                                R"("profilePhotos":[],"displayName":"A")";
+        const auto reply = decode<UserProfileResponse>(R"({"user":{"userId":"a","email":"old",)" + rest +
+                                                       R"(},"user":{"userId":"b",)" + rest + "}}");
+        QCOMPARE(reply.user.userId, QStringLiteral("b"));
+        QVERIFY(!reply.user.email);
+    }
+
+    void moreElementsThanAnyReplyNeedsAreRefused()
+    {
+        const auto match = [](qsizetype photos) {
+            return R"({"userId":"b","displayName":"B","distanceMeters":1,"aToB":2,"bToA":3,"heatLevel":"HOT",)"
+                   R"("profilePhotos":["")" +
+                   QByteArray(",\"\"").repeated(photos - 1) + "]}";
+        };
+        QCOMPARE(decode<MatchResult>(match(1'000'000)).profilePhotos.size(), 1'000'000);
+        QCOMPARE(decodingFailure<CheckResponse>("{\"matches\":[" + match(500'000) + ',' + match(500'000) + "]}"),
+                 QStringLiteral("The server's answer could not be read: "
+                                "\"matches[1].profilePhotos\" has too many elements."));
     }
 
     void escapedKeysAreTheSameKeys() { QVERIFY(decode<UserResponse>(R"({"\u006fk":true})").ok); }
