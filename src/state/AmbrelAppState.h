@@ -28,7 +28,7 @@ class AmbrelAppState : public QObject, public std::enable_shared_from_this<Ambre
     SettingsStore m_settings; // the fields below start with what it holds
 
 public:
-    /// Reads the settings and makes the device ID on first launch. `sound` must outlive the state.
+    /// Reads the settings and makes the device ID on first launch. `sound` must outlive `shutDown`.
     static std::shared_ptr<AmbrelAppState> create(AlertSound &sound, const LiveTimings &timings = {});
     ~AmbrelAppState() override;
 
@@ -88,7 +88,8 @@ public:
     void flashSeeMeLogo();
 
     // Exit
-    /// Asks the loops and the flash to end now. Requests in flight end by themselves or with the HTTP session.
+    /// Asks the loops and the flash to end now; nothing sounds any more. Requests in flight end by themselves or with
+    /// the HTTP session, which may be after this state's other owners have gone.
     void shutDown();
     /// True when no loop runs any more.
     bool isIdle() const { return m_running.use_count() == 1; }

@@ -25,7 +25,8 @@ QCoro::Task<> AmbrelAppState::pollSeeMe()
 void AmbrelAppState::receive(const SeeMeMessage &message)
 {
     incomingSeeMe = message;
-    m_sound.play();
+    if (!m_end.stop_requested())
+        m_sound.play();
 }
 
 void AmbrelAppState::flashSeeMeLogo()

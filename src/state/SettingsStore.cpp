@@ -21,12 +21,12 @@ QString SettingsStore::text(const QString &key, const QString &fallback) const
 
 bool SettingsStore::save()
 {
-    m_settings.sync();
-    const QString file = m_settings.fileName();
-    const auto ownerOnly = QFile::ReadOwner | QFile::WriteOwner;
-    if (m_settings.format() == QSettings::NativeFormat && QFile::exists(file))
-        QFile::setPermissions(file, ownerOnly);
-    return m_settings.status() == QSettings::NoError;
+    QSettings writer(m_settings.organizationName(), m_settings.applicationName()); // remembers no earlier failure
+    writer.sync();
+    const QString file = writer.fileName();
+    const bool isPrivate = !QFile::exists(file) || QFile::setPermissions(file, QFile::ReadOwner | QFile::WriteOwner);
+    // A line that could not be read when the file was opened is no failure to write it.
+    return isPrivate && writer.status() != QSettings::AccessError;
 }
 
 } // namespace ambrel

@@ -11,7 +11,7 @@ class SettingsStore
 public:
     SettingsStore();
 
-    bool contains(const QString &key) const { return m_settings.contains(key); }
+    bool contains(const QString &key) const { return m_settings.value(key).isValid(); }
     /// The stored text, or `fallback` when there is none.
     QString text(const QString &key, const QString &fallback = {}) const;
     void setText(const QString &key, const QString &value) { m_settings.setValue(key, value); }

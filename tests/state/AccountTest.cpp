@@ -45,14 +45,16 @@ private Q_SLOTS:
     void signUpSendsTheTrimmedNameAndAnIdMadeOfItWhileTheFieldKeepsItsBlanks()
     {
         FlowFixture fixture;
-        fixture.server.on("POST", "/api/signup", refused("Later"));
+        fixture.server.on("POST", "/api/signup", accepted());
+        fixture.answerLocation();
+        fixture.server.on("GET", "/api/check/ann", FlowFixture::record(CheckResponse()));
+        fixture.server.on("GET", "/api/see-me/ann", FlowFixture::record(SeeMeMessagesResponse()));
         fixture.state.userId = QString();
         fixture.state.displayName = QStringLiteral("  Ann  ");
         fixture.run(fixture.state.signup());
         QCOMPARE(onlySignUpAt(fixture.server).displayName, QStringLiteral("Ann"));
         QCOMPARE(onlySignUpAt(fixture.server).userId, QStringLiteral("ann"));
         QCOMPARE(fixture.state.displayName.value(), QStringLiteral("  Ann  "));
-        fixture.state.saveSettings();
         QCOMPARE(StateFixture::Store().value(QStringLiteral("displayName")).toString(), QStringLiteral("  Ann  "));
     }
 
@@ -163,8 +165,9 @@ private Q_SLOTS:
         const QString address = fixture.server.url().chopped(1);
         QCOMPARE(journal.entries(),
                  (QStringList{QStringLiteral("isBusy=true"), QStringLiteral("serverBaseURL=") + address,
-                              QStringLiteral("statusText=Signed up."), QStringLiteral("discoverable=true"),
-                              QStringLiteral("isLive=true"), QStringLiteral("isBusy=false")}));
+                              QStringLiteral("statusText=Signed up."), QStringLiteral("unchanged"), // saved once more
+                              QStringLiteral("discoverable=true"), QStringLiteral("isLive=true"),
+                              QStringLiteral("isBusy=false")}));
         QTRY_COMPARE(fixture.state.statusText.value(), QStringLiteral("No matches nearby."));
     }
 
@@ -173,9 +176,11 @@ private Q_SLOTS:
         FlowFixture fixture;
         fixture.server.on("POST", "/api/signup", refused("Name taken"));
         fixture.state.userId = QString();
+        fixture.state.displayName = QStringLiteral("Me 2");
         fixture.run(fixture.state.signup());
         QCOMPARE(fixture.state.statusText.value(), QStringLiteral("Name taken"));
-        QCOMPARE(fixture.state.userId.value(), QStringLiteral("me"));
+        QCOMPARE(fixture.state.userId.value(), QStringLiteral("me2"));
+        QCOMPARE(StateFixture::Store().value(QStringLiteral("userId")).toString(), QStringLiteral("me"));
         QVERIFY(!fixture.state.isBusy);
         QVERIFY(!fixture.state.isLive);
     }

@@ -6,19 +6,24 @@
 
 namespace ambrel {
 
-/// Writes down how the texts and flags of a state change, in order, as "name=value".
+/// Writes down what a state assigns, in order, as "name=value"; "unchanged" where the value was the same before. What
+/// changes together, or unannounced, says so.
 class AssignmentJournal
 {
 public:
     explicit AssignmentJournal(AmbrelAppState &state) : m_state(state), m_last(snapshot())
     {
-        QObject::connect(&state, &AmbrelAppState::objectWillChange, &m_context, [this] { note(); });
+        QObject::connect(&state, &AmbrelAppState::objectWillChange, &m_context, [this] {
+            note();
+            m_isAnnounced = true;
+        });
     }
 
-    /// Everything that has changed so far.
+    /// Everything that has been assigned so far.
     QStringList entries()
     {
         note();
+        m_isAnnounced = false;
         return m_entries;
     }
 
@@ -51,17 +56,24 @@ private:
     void note()
     {
         const QStringList now = snapshot();
+        QStringList changes;
         for (qsizetype i = 0; i < now.size(); ++i) {
             if (now.at(i) != m_last.at(i))
-                m_entries += now.at(i);
+                changes += now.at(i);
         }
         m_last = now;
+        if (m_isAnnounced)
+            m_entries +=
+                changes.isEmpty() ? QStringLiteral("unchanged") : changes.join(QStringLiteral(" together with "));
+        else if (!changes.isEmpty())
+            m_entries += QStringLiteral("unannounced ") + changes.join(u' ');
     }
 
     AmbrelAppState &m_state;
     QObject m_context;
     QStringList m_last;
     QStringList m_entries;
+    bool m_isAnnounced = false;
 };
 
 } // namespace ambrel

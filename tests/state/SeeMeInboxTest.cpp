@@ -1,3 +1,4 @@
+#include "AssignmentJournal.h"
 #include "FlowFixture.h"
 
 #include <QElapsedTimer>
@@ -24,10 +25,11 @@ private Q_SLOTS:
     {
         FlowFixture fixture;
         fixture.answerInbox({messageWith(QStringLiteral("m1"))});
+        AssignmentJournal journal(fixture.state);
         fixture.run(fixture.state.pollSeeMe());
-        fixture.state.incomingSeeMe = std::nullopt;
+        QCOMPARE(journal.entries(), QStringList{QStringLiteral("incomingSeeMe=m1")});
         fixture.run(fixture.state.pollSeeMe());
-        QCOMPARE(fixture.state.incomingSeeMe.value(), messageWith(QStringLiteral("m1")));
+        QCOMPARE(journal.entries(), (QStringList{QStringLiteral("incomingSeeMe=m1"), QStringLiteral("unchanged")}));
         QCOMPARE(fixture.sound.count, 2);
     }
 
@@ -87,6 +89,20 @@ private Q_SLOTS:
         fixture.run(fixture.state.pollSeeMe());
         QCOMPARE(fixture.state.statusText.value(), QStringLiteral("Server returned 502."));
         QCOMPARE(fixture.state.incomingSeeMe.value(), messageWith(QStringLiteral("m0")));
+        QCOMPARE(fixture.sound.count, 0);
+    }
+
+    void anAnswerAfterShutDownMakesNoSound()
+    {
+        FlowFixture fixture;
+        fixture.server.on(
+            "GET", "/api/see-me/me",
+            FlowFixture::record(SeeMeMessagesResponse{true, {messageWith(QStringLiteral("m1"))}, {}}).held());
+        const auto poll = fixture.state.pollSeeMe();
+        QTRY_COMPARE(fixture.server.count("GET", "/api/see-me/me"), 1);
+        fixture.state.shutDown();
+        fixture.server.release("GET", "/api/see-me/me");
+        QTRY_COMPARE(fixture.state.incomingSeeMe.value(), messageWith(QStringLiteral("m1")));
         QCOMPARE(fixture.sound.count, 0);
     }
 

@@ -1,10 +1,9 @@
-#include "StateFixture.h"
+#include "FlowFixture.h"
 
 #include "api/BaseUrl.h"
 
 #include <QFileInfo>
 #include <QRegularExpression>
-#include <QSignalSpy>
 
 using namespace ambrel;
 
@@ -63,6 +62,17 @@ private Q_SLOTS:
         QCOMPARE(stored(QStringLiteral("deviceId")), QStringLiteral("OLD"));
     }
 
+    void theStoredDeviceIdIsTheOneThatIsSent()
+    {
+        ScriptedServer server;
+        server.on("GET", "/api/see-me/me", FlowFixture::record(SeeMeMessagesResponse()));
+        const StateFixture fixture(
+            {{QStringLiteral("serverBaseURL"), server.url()}, {QStringLiteral("userId"), QStringLiteral("me")}});
+        FlowFixture::run(fixture.state->pollSeeMe());
+        QCOMPARE(server.requests().first().target,
+                 "/api/see-me/me?deviceId=" + stored(QStringLiteral("deviceId")).toLatin1());
+    }
+
     void userIdOfSpacesIsNotSignedIn()
     {
         const StateFixture fixture;
@@ -87,11 +97,16 @@ private Q_SLOTS:
 
     void savingStripsSlashesFromFieldStoreAndClient()
     {
-        const StateFixture fixture;
-        fixture.state->serverBaseURL = QStringLiteral(" http://127.0.0.1:1/v1// ");
-        fixture.state->saveSettings();
-        QCOMPARE(fixture.state->serverBaseURL.value(), QStringLiteral("http://127.0.0.1:1/v1"));
-        QCOMPARE(stored(QStringLiteral("serverBaseURL")), QStringLiteral("http://127.0.0.1:1/v1"));
+        FlowFixture fixture;
+        ScriptedServer other;
+        other.on("GET", "/v1/api/see-me/me", FlowFixture::record(SeeMeMessagesResponse()));
+        const QString address = other.url() + QStringLiteral("v1");
+        fixture.state.serverBaseURL = u' ' + address + QStringLiteral("// ");
+        fixture.state.saveSettings();
+        QCOMPARE(fixture.state.serverBaseURL.value(), address);
+        QCOMPARE(stored(QStringLiteral("serverBaseURL")), address);
+        fixture.run(fixture.state.pollSeeMe());
+        QCOMPARE(other.count("GET", "/v1/api/see-me/me"), 1);
     }
 
     void savingWritesExactlyTheEightUserKeysBesideTheDeviceId()
@@ -141,19 +156,43 @@ private Q_SLOTS:
         QVERIFY(!(QFile::permissions(StateFixture::Store().fileName()) & others));
     }
 
-    void settingsThatCannotBeSavedAreReportedOnce()
+    void settingsAreReportedUnsavedForAsLongAsTheyCannotBeSaved()
     {
         QTemporaryDir directory;
         const StateFixture fixture;
         // A folder in the place of the file fails for every user, root included.
         QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, directory.path());
-        QVERIFY(QDir(directory.path()).mkpath(QStringLiteral("Ambrel/Ambrel.conf/in-the-way")));
+        const QString file = directory.filePath(QStringLiteral("Ambrel/Ambrel.conf"));
+        QVERIFY(QDir().mkpath(file + QStringLiteral("/in-the-way")));
         CountingSound sound;
         const auto state = AmbrelAppState::create(sound);
         state->userId = QStringLiteral("ann");
         state->saveSettings();
         QCOMPARE(state->statusText.value(), QStringLiteral("Your settings could not be saved."));
         QCOMPARE(state->userId.value(), QStringLiteral("ann"));
+
+        QVERIFY(QDir(file).removeRecursively());
+        state->statusText = QString();
+        state->saveSettings();
+        QCOMPARE(state->statusText.value(), QString());
+        QCOMPARE(stored(QStringLiteral("userId")), QStringLiteral("ann"));
+    }
+
+    void aBrokenLineInTheFileIsNoFailureToSave()
+    {
+        QTemporaryDir directory;
+        const StateFixture fixture;
+        QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, directory.path());
+        QVERIFY(QDir(directory.path()).mkpath(QStringLiteral("Ambrel")));
+        QFile file(directory.filePath(QStringLiteral("Ambrel/Ambrel.conf")));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write("[General]\nno setting at all\nuserId=ann\n");
+        file.close();
+        CountingSound sound;
+        const auto state = AmbrelAppState::create(sound);
+        QCOMPARE(state->userId.value(), QStringLiteral("ann"));
+        state->saveSettings();
+        QCOMPARE(state->statusText.value(), QStringLiteral("Ready."));
     }
 
     void everyAssignmentIsAnnouncedBeforehandEvenOfAnEqualValue()
