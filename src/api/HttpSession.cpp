@@ -36,9 +36,9 @@ std::exception_ptr refusalOf(const QUrl &url)
 void closeSharedSession()
 {
     HttpSession::shared().close();
-    waitForWorkers(); // answers that are being decoded
-    while (Mailbox::ofThisThread()->deliver()) {
-    }
+    do
+        waitForWorkers(); // answers that are being decoded, and what they set off
+    while (Mailbox::ofThisThread()->deliver());
 }
 
 } // namespace
