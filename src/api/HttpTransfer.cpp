@@ -16,7 +16,7 @@ constexpr std::size_t largestRefusal = std::size_t{1024} * 1024;
 /// The headers of all hops together.
 constexpr std::size_t largestHead = std::size_t{256} * 1024;
 /// An answer that inflates beyond both is a bomb: JSON with photos stays below 2 to 1, without them below 30 to 1.
-constexpr std::size_t bombSize = std::size_t{32} * 1024 * 1024;
+constexpr std::size_t bombSize = std::size_t{4} * 1024 * 1024;
 constexpr std::size_t bombRatio = 100;
 
 bool isSuccess(long status)
@@ -38,6 +38,22 @@ bool hungUpInHandshake(std::string_view errorText)
                        [errorText](std::string_view sign) { return errorText.find(sign) != std::string_view::npos; });
 }
 
+/// The value of the header, if this is its line.
+std::optional<QByteArray> valueOf(const char *header, std::string_view line)
+{
+    const QByteArray whole(line.data(), static_cast<qsizetype>(line.size()));
+    const qsizetype colon = whole.indexOf(':');
+    if (colon < 0 || whole.first(colon).compare(header, Qt::CaseInsensitive) != 0)
+        return std::nullopt;
+    return whole.sliced(colon + 1).trimmed();
+}
+
+/// As it is asked for: without a name and password, which this service knows nothing of.
+QByteArray requestAddress(const QUrl &url)
+{
+    return url.toEncoded(QUrl::FullyEncoded | QUrl::RemoveUserInfo | QUrl::RemoveFragment);
+}
+
 } // namespace
 
 bool isHttpAddress(const QUrl &url)
@@ -48,7 +64,7 @@ bool isHttpAddress(const QUrl &url)
 }
 
 HttpTransfer::HttpTransfer(const HttpRequest &request, TransferLimits limits, HttpReceiver receiver)
-    : m_url(request.url.toEncoded()), m_isPost(request.method == HttpRequest::Method::Post), m_body(request.body),
+    : m_url(requestAddress(request.url)), m_isPost(request.method == HttpRequest::Method::Post), m_body(request.body),
       m_mayRepeat(request.repeat == HttpRequest::Repeat::Harmless), m_limits(std::move(limits)),
       m_receiver(std::move(receiver))
 {
@@ -109,20 +125,21 @@ CURL *HttpTransfer::prepare()
     set(CURLOPT_WRITEFUNCTION, &HttpTransfer::receiveBody);
     set(CURLOPT_WRITEDATA, this);
     m_hasHead = false;
+    m_isCut = false;
     touch();
     return m_handle;
 }
 
 bool HttpTransfer::followRedirect(CURLcode code)
 {
-    const char *location = nullptr;
-    curl_easy_getinfo(m_handle, CURLINFO_REDIRECT_URL, &location);
+    // Nobody reads the body of a redirect, so it does not matter how that has ended.
+    const bool isOver = code == CURLE_ABORTED_BY_CALLBACK || code == CURLE_OPERATION_TIMEDOUT;
     const long status = number(CURLINFO_RESPONSE_CODE);
-    if (code != CURLE_OK || !m_hasHead || !isRedirect(status) || !location)
+    if (isOver || !m_hasHead || !isRedirect(status) || m_location.isEmpty())
         return false;
 
-    const QByteArray target(location);
-    const QUrl url = QUrl::fromEncoded(target);
+    const QUrl target = QUrl::fromEncoded(m_location);
+    const QUrl url = target.isValid() ? QUrl::fromEncoded(m_url).resolved(target) : QUrl();
     const bool losesSecurity = m_url.startsWith("https:") && url.scheme() == QLatin1String("http");
     if (++m_hops > mostHops)
         refuse(sentenceFor(CURLE_TOO_MANY_REDIRECTS));
@@ -133,7 +150,7 @@ bool HttpTransfer::followRedirect(CURLcode code)
     if (m_refusal)
         return false;
 
-    m_url = target;
+    m_url = requestAddress(url);
     if (status != 307 && status != 308)
         m_isPost = false; // as every browser does
     m_answer.reset();
@@ -182,10 +199,14 @@ bool HttpTransfer::acceptHeader(std::string_view line)
     m_headSize += line.size();
     if (m_headSize > largestHead)
         refuse(sentenceFor(CURLE_FILESIZE_EXCEEDED));
-    if (line.starts_with("HTTP/"))
-        m_hasHead = false; // what came before was an interim answer
-    else if (line == "\r\n" || line == "\n")
+    if (line.starts_with("HTTP/")) { // what came before was an interim answer
+        m_hasHead = false;
+        m_location.clear();
+    } else if (line == "\r\n" || line == "\n") {
         m_hasHead = true;
+    } else if (const auto location = valueOf("Location", line); location && !m_hasHead) {
+        m_location = *location;
+    }
     return !m_refusal;
 }
 

@@ -74,6 +74,7 @@ private:
     // the answer
     std::size_t m_headSize = 0;
     bool m_hasHead = false; ///< the headers have come to their end
+    QByteArray m_location;  ///< where a redirect points to
     std::shared_ptr<Bytes> m_answer;
     bool m_isCut = false;             ///< a refusal whose body was not read to the end
     std::optional<QString> m_refusal; ///< why this client ended the exchange

@@ -23,6 +23,11 @@ private Q_SLOTS:
     void aGetFollowsEveryKind();
     void aPostFollowsAsBrowsersDo_data();
     void aPostFollowsAsBrowsersDo();
+    void everyFormOfAddressIsFollowed_data();
+    void everyFormOfAddressIsFollowed();
+    void theBodyOfARedirectDoesNotMatter_data();
+    void theBodyOfARedirectDoesNotMatter();
+    void aNameAndPasswordAreNeverSent();
     void twentyHopsAreFollowedAndNoMore();
     void aLoopEnds();
     void httpMayLeadToHttps();
@@ -71,6 +76,73 @@ void RedirectTest::aPostFollowsAsBrowsersDo()
     QCOMPARE(moved.method, method);
     QCOMPARE(moved.body, method == "POST" ? writeRecord(request) : QByteArray());
     QCOMPARE(moved.header("Content-Type"), method == "POST" ? QByteArray("application/json") : QByteArray());
+}
+
+void RedirectTest::everyFormOfAddressIsFollowed_data()
+{
+    QTest::addColumn<QByteArray>("location");
+    QTest::addColumn<QByteArray>("asked");
+    QTest::newRow("whole") << QByteArray("http://HOST/x/y") << QByteArray("/x/y");
+    QTest::newRow("without a path") << QByteArray("http://HOST") << QByteArray("/");
+    QTest::newRow("without a scheme") << QByteArray("//HOST/x") << QByteArray("/x");
+    QTest::newRow("path from the root") << QByteArray("/x") << QByteArray("/x");
+    QTest::newRow("path from here") << QByteArray("x/y") << QByteArray("/base/x/y");
+    QTest::newRow("path upwards") << QByteArray("../x") << QByteArray("/x");
+    QTest::newRow("query alone") << QByteArray("?x=1&y=%2F%20+") << QByteArray("/base/health?x=1&y=%2F%20+");
+    QTest::newRow("fragment") << QByteArray("/x#part") << QByteArray("/x");
+    QTest::newRow("encoded path") << QByteArray("/a%2Fb%20c%25/") << QByteArray("/a%2Fb%20c%25/");
+    QTest::newRow("blank in the path") << QByteArray("/a b") << QByteArray("/a%20b");
+    QTest::newRow("letters beyond ASCII") << QByteArray("/\xc3\xa4") << QByteArray("/%C3%A4");
+}
+
+void RedirectTest::everyFormOfAddressIsFollowed()
+{
+    QFETCH(QByteArray, location);
+    QFETCH(const QByteArray, asked);
+    ScriptedServer server;
+    location.replace("HOST", QUrl(server.url()).authority().toLatin1());
+    const QByteArray path = asked.split('?').first();
+    server.next("GET", "/base/health", ScriptedReply::redirect(302, location));
+    server.on("GET", path, acknowledged);
+    QCOMPARE(failureOf(AmbrelAPI(server.url() + QStringLiteral("base")).health()), QString());
+    QCOMPARE(server.requests().last().target, asked);
+}
+
+void RedirectTest::theBodyOfARedirectDoesNotMatter_data()
+{
+    QTest::addColumn<ScriptedReply>("reply");
+    const auto redirect = [](const QByteArray &more) { return ScriptedReply::head(302, {"location:\t/moved ", more}); };
+    const QByteArray chunked = redirect("Transfer-Encoding: chunked");
+    QTest::newRow("endless") << ScriptedReply(ScriptedReply().send(chunked).flood("1\r\nx\r\n"));
+    QTest::newRow("badly zipped") << ScriptedReply::answer(302, "this is no gzip",
+                                                           {"Content-Encoding: gzip", "Location: /moved"});
+    QTest::newRow("cut short") << ScriptedReply(
+        ScriptedReply().send(redirect("Content-Length: 99") + "<html>").close());
+    QTest::newRow("with another address behind it")
+        << ScriptedReply(ScriptedReply().send(chunked + "1\r\nx\r\n0\r\nLocation: /trailer\r\n\r\n"));
+}
+
+void RedirectTest::theBodyOfARedirectDoesNotMatter()
+{
+    QFETCH(const ScriptedReply, reply);
+    ScriptedServer server;
+    server.on("GET", "/health", reply);
+    server.on("GET", "/moved", acknowledged);
+    QCOMPARE(failureOf(AmbrelAPI(server.url()).health()), QString());
+}
+
+void RedirectTest::aNameAndPasswordAreNeverSent()
+{
+    ScriptedServer server;
+    const auto withPassword = [&server](const QString &path) {
+        return server.url().replace(QStringLiteral("://"), QStringLiteral("://ann:secret@")) + path;
+    };
+    server.on("GET", "/health", ScriptedReply::redirect(302, withPassword(QStringLiteral("moved")).toLatin1()));
+    server.on("GET", "/moved", acknowledged);
+    QCOMPARE(failureOf(AmbrelAPI(withPassword({})).health()), QString());
+    QCOMPARE(server.requests().size(), 2);
+    for (const ReceivedRequest &request : server.requests())
+        QCOMPARE(request.header("Authorization"), QByteArray());
 }
 
 void RedirectTest::twentyHopsAreFollowedAndNoMore()
