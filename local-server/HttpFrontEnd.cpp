@@ -30,12 +30,18 @@ bool HttpFrontEnd::handleRequest(const QHttpServerRequest &request, QTcpSocket *
 {
     RequestLimit::of(socket)->startOver();
     const Answer answer = answerRequest(m_service, methodName(request.method()), request.url(), request.body());
-    QHttpServerResponse response(QByteArrayLiteral("application/json"), answer.body,
+    const bool wantsBody = request.method() != QHttpServerRequest::Method::Head;
+    QHttpServerResponse response(QByteArrayLiteral("application/json"), wantsBody ? answer.body : QByteArray(),
                                  QHttpServerResponse::StatusCode(answer.status));
     response.setHeader(QByteArrayLiteral("Cache-Control"), QByteArrayLiteral("no-store"));
     if (!answer.allowed.isEmpty())
         response.setHeader(QByteArrayLiteral("Allow"), answer.allowed);
+    const bool isLast = request.value(QByteArrayLiteral("Connection")).toLower() == "close";
+    if (isLast)
+        response.setHeader(QByteArrayLiteral("Connection"), QByteArrayLiteral("close"));
     response.write(makeResponder(request, socket));
+    if (isLast)
+        socket->disconnectFromHost(); // once everything is written
     return true;
 }
 

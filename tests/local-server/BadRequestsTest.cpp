@@ -61,6 +61,22 @@ class BadRequestsTest : public QObject
     }
 
 private Q_SLOTS:
+    void aHeadHasNoBodyAndTheLastRequestEndsTheConnection()
+    {
+        TestServer server(0);
+        QTcpSocket socket;
+        socket.connectToHost(QHostAddress::LocalHost, server.port());
+        QByteArray received;
+        connect(&socket, &QTcpSocket::readyRead, this, [&socket, &received] { received += socket.readAll(); });
+        socket.write("HEAD /health HTTP/1.1\r\nHost: x\r\n\r\n");
+        QTRY_VERIFY(received.contains("\r\n\r\n"));
+        socket.write("GET /health HTTP/1.1\r\nHost: x\r\nConnection: Close\r\n\r\n");
+        QTRY_COMPARE(socket.state(), QAbstractSocket::UnconnectedState);
+        const qsizetype first = received.indexOf("\r\n\r\n") + 4;
+        QVERIFY2(received.mid(first).startsWith("HTTP/1.1 200"), received.constData());
+        QVERIFY2(received.endsWith("}"), received.constData());
+    }
+
     void unknownPathsAreRefused_data()
     {
         QTest::addColumn<QByteArray>("path");
