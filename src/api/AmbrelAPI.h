@@ -9,7 +9,8 @@
 namespace ambrel {
 
 /// The client of one server: one operation per endpoint. Main thread; decoding happens on the worker pool.
-/// Every operation fails with AmbrelAPIError, TransportError, DecodingError or EncodingError, and nothing else.
+/// Every operation fails with AmbrelAPIError, TransportError, DecodingError or EncodingError; a reply that does
+/// not fit the memory fails with std::bad_alloc.
 /// The object may be released while its operations run.
 class AmbrelAPI
 {
