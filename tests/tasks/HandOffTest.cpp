@@ -26,7 +26,7 @@ struct Arrival
 QCoro::Task<> await(HandOff<int> number, Arrival &arrival)
 {
     try {
-        const int value = co_await number;
+        const auto value = co_await number;
         arrival.values.append(value);
     } catch (const Refusal &) {
         ++arrival.refusals;

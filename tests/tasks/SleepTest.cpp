@@ -18,7 +18,7 @@ struct Nap
 
 QCoro::Task<> nap(std::chrono::milliseconds duration, std::stop_token stop, Nap &result)
 {
-    const bool whole = co_await sleepFor(duration, stop);
+    const auto whole = co_await sleepFor(duration, stop);
     result.whole = whole;
     ++result.wakings;
 }
