@@ -1,9 +1,7 @@
 #pragma once
 
 #include "local-server/Geography.h"
-#include "model/PhotoText.h"
 
-#include <QList>
 #include <QString>
 
 namespace ambrel::local {

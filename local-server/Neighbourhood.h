@@ -3,7 +3,6 @@
 #include "local-server/Geography.h"
 #include "local-server/LocalServerOptions.h"
 
-#include <QString>
 #include <vector>
 
 namespace ambrel::local {

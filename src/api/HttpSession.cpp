@@ -68,9 +68,7 @@ void HttpSession::Private::startThread()
 
 void HttpSession::Private::runThread()
 {
-#ifdef Q_OS_LINUX
     pthread_setname_np(pthread_self(), "network");
-#endif
     QEventLoop events;
     HttpEngine transfers;
     loop = &events;

@@ -84,7 +84,6 @@ CURL *HttpTransfer::prepare()
         m_handle = curl_easy_init();
     if (!m_handle)
         return nullptr;
-    const auto set = [this](CURLoption option, auto value) { curl_easy_setopt(m_handle, option, value); };
 
     set(CURLOPT_PRIVATE, this);
     set(CURLOPT_ERRORBUFFER, m_errorText);
@@ -107,27 +106,35 @@ CURL *HttpTransfer::prepare()
         set(CURLOPT_CAINFO_BLOB, &blob);
     }
 
-    if (m_isPost) {
-        if (!m_headers) {
-            m_headers = curl_slist_append(m_headers, "Content-Type: application/json");
-            m_headers = curl_slist_append(m_headers, "Expect:");
-        }
-        set(CURLOPT_POST, 1L);
-        set(CURLOPT_HTTPHEADER, m_headers);
-        set(CURLOPT_POSTFIELDSIZE_LARGE, static_cast<curl_off_t>(m_body.size()));
-        set(CURLOPT_POSTFIELDS, m_body.constData());
-    }
+    if (m_isPost)
+        setRequestBody();
+    setReceivers();
+    m_hasHead = false;
+    m_isCut = false;
+    touch();
+    return m_handle;
+}
 
+void HttpTransfer::setRequestBody()
+{
+    if (!m_headers) {
+        m_headers = curl_slist_append(m_headers, "Content-Type: application/json");
+        m_headers = curl_slist_append(m_headers, "Expect:");
+    }
+    set(CURLOPT_POST, 1L);
+    set(CURLOPT_HTTPHEADER, m_headers);
+    set(CURLOPT_POSTFIELDSIZE_LARGE, static_cast<curl_off_t>(m_body.size()));
+    set(CURLOPT_POSTFIELDS, m_body.constData());
+}
+
+void HttpTransfer::setReceivers()
+{
     set(CURLOPT_BUFFERSIZE, 512L * 1024);
     set(CURLOPT_SUPPRESS_CONNECT_HEADERS, 1L);
     set(CURLOPT_HEADERFUNCTION, &HttpTransfer::receiveHeader);
     set(CURLOPT_HEADERDATA, this);
     set(CURLOPT_WRITEFUNCTION, &HttpTransfer::receiveBody);
     set(CURLOPT_WRITEDATA, this);
-    m_hasHead = false;
-    m_isCut = false;
-    touch();
-    return m_handle;
 }
 
 bool HttpTransfer::followRedirect(CURLcode code)

@@ -47,6 +47,13 @@ public:
     void finish(CURLcode code);
 
 private:
+    template <typename Value>
+    void set(CURLoption option, Value value)
+    {
+        curl_easy_setopt(m_handle, option, value);
+    }
+    void setRequestBody();
+    void setReceivers();
     static std::size_t receiveHeader(char *data, std::size_t size, std::size_t count, void *self);
     static std::size_t receiveBody(char *data, std::size_t size, std::size_t count, void *self);
     bool acceptHeader(std::string_view line);

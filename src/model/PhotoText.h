@@ -4,7 +4,6 @@
 
 #include <QString>
 #include <memory>
-#include <string>
 #include <string_view>
 
 namespace ambrel {

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <tuple>
-#include <utility>
 
 namespace ambrel {
 

@@ -36,9 +36,10 @@ AmbrelAppState::AmbrelAppState(AlertSound &sound, const LiveTimings &timings)
       displayName(this, m_settings.text(QStringLiteral("displayName"))),
       email(this, m_settings.text(QStringLiteral("email"))), phone(this, m_settings.text(QStringLiteral("phone"))),
       profileBio(this, m_settings.text(QStringLiteral("profileBio"))),
-      latitudeText(this, m_settings.text(QStringLiteral("latitudeText"), QStringLiteral("39.0458"))),
-      longitudeText(this, m_settings.text(QStringLiteral("longitudeText"), QStringLiteral("-84.5086"))), m_sound(sound),
-      m_timings(timings), deviceId(storedDeviceId(m_settings)), api(std::make_shared<AmbrelAPI>(serverBaseURL))
+      latitudeText(this, m_settings.text(QStringLiteral("latitudeText"), coordinateText(defaultLatitude))),
+      longitudeText(this, m_settings.text(QStringLiteral("longitudeText"), coordinateText(defaultLongitude))),
+      m_sound(sound), m_timings(timings), deviceId(storedDeviceId(m_settings)),
+      api(std::make_shared<AmbrelAPI>(serverBaseURL))
 {
 }
 

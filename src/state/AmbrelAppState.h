@@ -62,15 +62,19 @@ public:
     void saveSettings();
 
     // Account
+    /// Signs up with what is typed, under an ID made of the name if none is, saves and goes live.
     QCoro::Task<> signup();
+    /// Fetches the profile of the typed user ID into the fields and saves. Does not go live.
     QCoro::Task<> login();
 
     // Server status
+    /// Saves, then asks the server how it is and for the latest app version.
     QCoro::Task<> checkServerStatus();
 
     // Live loop
     /// Starts both loops, or restarts them.
     void startLive();
+    /// Ends both loops after their current cycle; nothing tells the server.
     void stopLive();
     /// One cycle of the live loop.
     QCoro::Task<> updateAndCheck();
@@ -78,7 +82,9 @@ public:
     // Match actions
     /// Makes `match` the selected one.
     void keep(const MatchResult &match);
+    /// Tells the server never to show `match` again and takes it off the list.
     QCoro::Task<> dismiss(MatchResult match);
+    /// Sends `match` a See Me message and flashes, where its tier allows that.
     QCoro::Task<> seeMe(MatchResult match);
 
     // See Me

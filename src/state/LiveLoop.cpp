@@ -1,11 +1,9 @@
-#include "state/AlertSound.h"
 #include "state/AmbrelAppState.h"
 #include "state/ErrorDescription.h"
 #include "state/OwnedPhotos.h"
 #include "tasks/Sleep.h"
 #include "tasks/Worker.h"
 
-#include <QCoroFuture>
 #include <algorithm>
 
 namespace ambrel {

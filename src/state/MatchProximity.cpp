@@ -76,6 +76,21 @@ QString heatLabel(const MatchResult &match)
     return QStringLiteral("1 mi");
 }
 
+QString unlockNote(const MatchResult &match)
+{
+    switch (tierOf(match)) {
+    case Tier::Nearest:
+        return QStringLiteral("All available photos are unlocked.");
+    case Tier::Second:
+        return QStringLiteral("More photos unlock within 100 m.");
+    case Tier::Third:
+        return QStringLiteral("Photo opens within 200 m.");
+    case Tier::Outermost:
+        break;
+    }
+    return QStringLiteral("Profile photo unlocks within 1/2 mile.");
+}
+
 QString friendlyDistance(const MatchResult &match)
 {
     constexpr double metresPerMile = 1609.34;

@@ -39,12 +39,14 @@ QString isolated(const QString &text)
     qsizetype unmatched = 0; // closings in the text that would end our isolate
     for (const char32_t letter : text.toUcs4()) {
         const QChar::Direction direction = QChar::direction(letter);
-        // The marks U+200E and U+061C have the direction of letters, but are controls as well.
+        // The mark U+200E has the direction of letters, but is a control as well.
         needsIsolation = needsIsolation || reordersItsSurroundings(direction) || letter == 0x200e;
         if (direction == QChar::DirLRI || direction == QChar::DirRLI || direction == QChar::DirFSI)
             ++open;
+        else if (direction == QChar::DirPDI && open > 0)
+            --open;
         else if (direction == QChar::DirPDI)
-            open > 0 ? --open : ++unmatched;
+            ++unmatched;
     }
     if (!needsIsolation)
         return text;

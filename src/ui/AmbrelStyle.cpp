@@ -61,18 +61,19 @@ QRect scrollBarHandle(const QStyleOptionSlider &bar)
 QRect scrollBarPart(const QStyleOptionSlider &bar, QStyle::SubControl part)
 {
     const QRect handle = scrollBarHandle(bar);
-    QRect rect = bar.rect;
+    const QRect &rect = bar.rect;
+    const bool isFlat = bar.orientation == Qt::Horizontal;
     switch (part) {
     case QStyle::SC_ScrollBarSlider:
         return handle;
     case QStyle::SC_ScrollBarGroove:
         return rect;
     case QStyle::SC_ScrollBarSubPage:
-        bar.orientation == Qt::Horizontal ? rect.setRight(handle.left() - 1) : rect.setBottom(handle.top() - 1);
-        return rect;
+        return isFlat ? rect.adjusted(0, 0, handle.left() - 1 - rect.right(), 0)
+                      : rect.adjusted(0, 0, 0, handle.top() - 1 - rect.bottom());
     case QStyle::SC_ScrollBarAddPage:
-        bar.orientation == Qt::Horizontal ? rect.setLeft(handle.right() + 1) : rect.setTop(handle.bottom() + 1);
-        return rect;
+        return isFlat ? rect.adjusted(handle.right() + 1 - rect.left(), 0, 0, 0)
+                      : rect.adjusted(0, handle.bottom() + 1 - rect.top(), 0, 0);
     default:
         return {}; // no arrow buttons
     }

@@ -21,18 +21,6 @@ namespace ambrel {
 
 namespace {
 
-/// How close the user must come to see more.
-QString unlockNote(const MatchResult &match)
-{
-    if (!isPhotoVisible(match))
-        return QStringLiteral("Profile photo unlocks within 1/2 mile.");
-    if (match.heatLevel == QLatin1String("AMBREL"))
-        return QStringLiteral("Photo opens within 200 m.");
-    if (match.heatLevel == QLatin1String("HOT"))
-        return QStringLiteral("More photos unlock within 100 m.");
-    return QStringLiteral("All available photos are unlocked.");
-}
-
 WrappedLabel *makeLabel(QWidget *parent, theme::TextStyle style, const QColor &color = theme::primaryText)
 {
     auto *const label = new WrappedLabel({}, parent);

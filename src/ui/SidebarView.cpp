@@ -2,13 +2,13 @@
 
 #include "ui/AccountForm.h"
 #include "ui/AmbrelLogo.h"
-#include "ui/FormLayout.h"
 #include "ui/Painting.h"
 #include "ui/ServerLocationForm.h"
 #include "ui/StatusLine.h"
 #include "ui/TextStyling.h"
 #include "ui/ViewEnvironment.h"
 
+#include <QBoxLayout>
 #include <QLabel>
 #include <QScrollArea>
 #include <QScrollBar>

@@ -66,9 +66,9 @@ SystemAlertSound::~SystemAlertSound() = default;
 
 void SystemAlertSound::play()
 {
-    startOnWorker([player = m_player] {
+    startOnWorker([player = m_player, home = Mailbox::ofThisThread()] {
         if (!player->play())
-            QMetaObject::invokeMethod(QCoreApplication::instance(), &QApplication::beep, Qt::QueuedConnection);
+            home->post([] { QApplication::beep(); });
     });
 }
 

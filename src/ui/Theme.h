@@ -127,8 +127,6 @@ inline constexpr int groupBoxPadding = 8;
 inline constexpr int groupTitleSpacing = 4;
 inline constexpr int bioEditorHeight = 72;
 inline constexpr qreal bioEditorTextMargin = 8;
-inline constexpr qreal bioEditorRadius = 6;
-inline constexpr qreal bioEditorOutlineWidth = 1;
 
 // Main panel: header, pill, meter, cards
 

@@ -20,7 +20,7 @@ void CurlErrorsTest::everyFailureHasOneSentence()
 {
     for (int code = CURLE_OK + 1; code < CURL_LAST; ++code) {
         const QString sentence = sentenceFor(static_cast<CURLcode>(code));
-        QVERIFY2(sentence.size() > 10 && sentence.size() < 80, curl_easy_strerror(static_cast<CURLcode>(code)));
+        QVERIFY2(sentence.size() > 10 && sentence.size() < 80, qPrintable(QString::number(code)));
         QVERIFY(sentence.front().isUpper());
         QVERIFY(sentence.endsWith(u'.'));
         QCOMPARE(sentence.count(u'.'), 1);
@@ -35,7 +35,7 @@ void CurlErrorsTest::whatAnHttpExchangeCanEndWithHasASentenceOfItsOwn()
           CURLE_GOT_NOTHING, CURLE_SEND_ERROR, CURLE_RECV_ERROR, CURLE_PARTIAL_FILE, CURLE_PEER_FAILED_VERIFICATION,
           CURLE_SSL_CONNECT_ERROR, CURLE_WEIRD_SERVER_REPLY, CURLE_BAD_CONTENT_ENCODING, CURLE_FILESIZE_EXCEEDED,
           CURLE_TOO_MANY_REDIRECTS, CURLE_OUT_OF_MEMORY, CURLE_ABORTED_BY_CALLBACK, CURLE_PROXY})
-        QVERIFY2(sentenceFor(code) != general, curl_easy_strerror(code));
+        QVERIFY2(sentenceFor(code) != general, qPrintable(QString::number(code)));
 }
 
 void CurlErrorsTest::aNetworkThatIsDownIsToldFromAServerThatIs()
