@@ -11,6 +11,8 @@ ElidedLabel::ElidedLabel(const QString &text, QWidget *parent) : TextLabel(text,
 
 void ElidedLabel::setMaximumLines(int lines)
 {
+    if (m_maximumLines == lines)
+        return;
     m_maximumLines = std::max(1, lines);
     QSizePolicy policy(QSizePolicy::Preferred, m_maximumLines > 1 ? QSizePolicy::Preferred : QSizePolicy::Fixed);
     policy.setHeightForWidth(m_maximumLines > 1);

@@ -64,6 +64,7 @@ private Q_SLOTS:
     void rightToLeftTextLeadsFromTheRight();
     void wrappedRightToLeftTextIsNotCutAtEitherSide();
     void isolatedRightToLeftTextLeadsFromTheLeft();
+    void joinedEmojiAreDrawnAsOne();
     void alignmentMovesTheText();
     void textIsDrawnInThePalettesColour();
     void equalTextNeitherPaintsNorLaysOut();
@@ -227,6 +228,17 @@ void LabelsTest::isolatedRightToLeftTextLeadsFromTheLeft()
     ElidedLabel label(isolated(hebrew));
     label.resize(200, 30);
     QVERIFY(ink(label).right() < 100);
+}
+
+void LabelsTest::joinedEmojiAreDrawnAsOne()
+{
+    QFont font;
+    font.setFamilies({QStringLiteral("Inter"), QStringLiteral("Noto Color Emoji")});
+    const auto widthOf = [&font](const QString &text) { return TextLines::wrapped(text, font, 1000).width(); };
+    const int one = widthOf(QStringLiteral("\U0001F308"));
+    QVERIFY(one > 5);
+    QCOMPARE(widthOf(QStringLiteral("\U0001F3F3\uFE0F\u200D\U0001F308")), one);           // rainbow flag
+    QCOMPARE(widthOf(QStringLiteral("\U0001F468\u200D\U0001F469\u200D\U0001F467")), one); // family
 }
 
 void LabelsTest::alignmentMovesTheText()
