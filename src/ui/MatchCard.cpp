@@ -102,13 +102,36 @@ void MatchCard::setMatch(const MatchResult &match)
 {
     m_match = match;
     m_photo->setMatch(match);
+    const bool hasOtherTexts = match.displayName != m_name->text() || bioText(match) != m_bio->text();
     m_name->setText(match.displayName);
     m_heat->setText(heatAndDistance(match));
     m_bio->setText(bioText(match));
     m_score->setText(scoreText(match));
+    if (hasOtherTexts)
+        fitBio();
     m_seeMe->setVisible(canSeeMe(match));
     if (match.displayName != accessibleName())
         setAccessibleName(match.displayName);
+}
+
+void MatchCard::fitBio()
+{
+    int room = height() - 2 * theme::cardPadding - theme::cardSpacing - theme::buttonMinimumHeight;
+    for (const ElidedLabel *const label : {m_name, m_heat, m_score})
+        room -= label->sizeHint().height() + theme::cardTextSpacing;
+    const int width = this->width() - 2 * theme::cardPadding - m_photo->width() - theme::cardPhotoSpacing;
+    if (width <= 0)
+        return; // not laid out yet
+    m_bio->setMaximumLines(theme::cardBioLines);
+    if (m_bio->heightForWidth(width) > room)
+        m_bio->setMaximumLines(1);
+    m_bio->setVisible(m_bio->heightForWidth(width) <= room);
+}
+
+void MatchCard::resizeEvent(QResizeEvent *event)
+{
+    if (event->size().width() != event->oldSize().width())
+        fitBio();
 }
 
 void MatchCard::setSelected(bool selected)

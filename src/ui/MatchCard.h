@@ -35,11 +35,14 @@ protected:
     void mousePressEvent(QMouseEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
 
 private:
     QLayout *makeSummary();
     QLayout *makeButtons();
     int commonHeight() const;
+    /// Some scripts are too tall for two lines of it, a few for one; the profile has it whole.
+    void fitBio();
 
     MatchResult m_match;
     bool m_isSelected = false;

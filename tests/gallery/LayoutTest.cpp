@@ -333,7 +333,7 @@ void LayoutTest::textsAreNeverCut_data()
 {
     QTest::addColumn<QString>("scene");
     for (const char *const name : {"first-run", "live-3", "selected-mile", "errors-long", "long-texts", "right-to-left",
-                                   "many-scripts", "alert-long-smallest"})
+                                   "many-scripts", "tall-scripts", "alert-long-smallest"})
         QTest::newRow(name) << QString::fromLatin1(name);
 }
 

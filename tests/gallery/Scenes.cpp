@@ -145,6 +145,15 @@ void showManyScripts(AmbrelAppState &state)
     state.displayName = QStringLiteral("由紀 👍🏽");
 }
 
+void showTallScripts(AmbrelAppState &state)
+{
+    const QString burmese = QStringLiteral("မြန်မာနိုင်ငံ၏ တောင်တန်းများကို ချစ်ပါသည်။ ");
+    const QString tibetan = QStringLiteral("བོད་ཀྱི་རི་མཐོན་པོ་ལ་དགའ་བ་ཡིན། རྒྱབ་སྐྱོབ་བསྒྲུབས། ");
+    const QString khmer = QStringLiteral("ស្ត្រីខ្មែរស្រឡាញ់ភ្នំនិងសមុទ្រ ");
+    goLive(state, {described(0, 38, burmese, burmese.repeated(6)), described(1, 152, tibetan, tibetan.repeated(6)),
+                   described(2, 460, khmer, khmer.repeated(6))});
+}
+
 void showAlert(AmbrelAppState &state)
 {
     goLive(state, peopleNearby(3));
@@ -241,6 +250,7 @@ QList<Scene> sceneTable()
         {name("long-texts-smallest"), smallestWindow, showLongTexts},
         {name("right-to-left"), comfortable, showRightToLeft},
         {name("many-scripts"), comfortable, showManyScripts},
+        {name("tall-scripts"), comfortable, showTallScripts},
         {name("paused"), comfortable, showPaused},
         {name("alert"), comfortable, showAlert},
         {name("alert-long-smallest"), smallestWindow, showLongAlert},
