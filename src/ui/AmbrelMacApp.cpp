@@ -2,6 +2,7 @@
 
 #include "state/AmbrelAppState.h"
 #include "toolkit/ClientSideFrame.h"
+#include "ui/AccessibleRole.h"
 #include "ui/AmbrelLogo.h"
 #include "ui/AmbrelStyle.h"
 #include "ui/ContentView.h"
@@ -62,6 +63,7 @@ AmbrelMacApp::~AmbrelMacApp()
 std::unique_ptr<QWidget> AmbrelMacApp::openWindow()
 {
     auto window = std::make_unique<QWidget>();
+    setAccessibleRole(*window, QAccessible::Window);
     window->setWindowTitle(QStringLiteral("Ambrel"));
     window->setMinimumSize(theme::windowMinimumSize);
     window->setGeometry(comfortableGeometry(*primaryScreen()));

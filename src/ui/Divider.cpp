@@ -1,5 +1,6 @@
 #include "ui/Divider.h"
 
+#include "ui/AccessibleRole.h"
 #include "ui/Theme.h"
 
 #include <QPainter>
@@ -8,6 +9,7 @@ namespace ambrel {
 
 Divider::Divider(Qt::Orientation orientation, QWidget *parent) : QWidget(parent)
 {
+    setAccessibleRole(*this, QAccessible::Separator);
     if (orientation == Qt::Vertical)
         setFixedWidth(theme::dividerThickness);
     else

@@ -3,6 +3,8 @@
 #include "tasks/Worker.h"
 #include "toolkit/BidiIsolation.h"
 #include "toolkit/ElidedLabel.h"
+#include "ui/AccessibleRole.h"
+#include "ui/Arrivals.h"
 #include "ui/LivePill.h"
 #include "ui/MatchCard.h"
 #include "ui/ProfilePanel.h"
@@ -44,6 +46,8 @@ MainPanelView::MainPanelView(QWidget *parent)
     styleText(*m_subtitle, theme::TextStyle::Body, theme::secondaryText);
     m_cards->setSpacing(theme::cardListSpacing);
     m_cards->setPadding(theme::cardListPadding);
+    setAccessibleRole(*m_cards->viewport(), QAccessible::List);
+    m_cards->viewport()->setAccessibleName(QStringLiteral("Nearby"));
     m_cards->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
 
     // The scroll bar stands in the gap between the columns, so that the cards are as wide as what is above them.
@@ -108,7 +112,17 @@ void MainPanelView::refreshCards()
     m_selectedUserId = selectedUserId;
     QList<MatchResult> outdated = std::exchange(m_matches, state.matches);
     m_cards->refresh();
+    announceArrivals(outdated);
     destroyOnWorker(std::move(outdated));
+}
+
+void MainPanelView::announceArrivals(const QList<MatchResult> &before)
+{
+    if (!QAccessible::isActive())
+        return; // nobody listens, and the lists may be long
+    const QString text = arrivalsText(before, m_matches);
+    if (!text.isEmpty())
+        m_cards->viewport()->setAccessibleDescription(text);
 }
 
 int MainPanelView::count() const

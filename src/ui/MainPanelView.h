@@ -33,6 +33,8 @@ private:
     QLayout *makeHeader();
     void refresh();
     void refreshCards();
+    /// Tells assistive technology who was not in the list `before`.
+    void announceArrivals(const QList<MatchResult> &before);
 
     // The list that the cards show: the state may have a newer one until the next refresh.
     QList<MatchResult> m_matches;

@@ -81,13 +81,15 @@ SidebarView::SidebarView(QWidget *parent) : QWidget(parent)
     area->setFocusPolicy(Qt::NoFocus);
     area->viewport()->setAutoFillBackground(false);
 
+    // Made in reading order, which screen readers follow.
     auto *const content = new SidebarColumn(area);
+    auto *const header = content->makeHeader();
     m_account = new AccountForm(content);
     m_serverLocation = new ServerLocationForm(content);
 
     auto *const column = new QVBoxLayout(content);
     column->setSpacing(theme::sidebarSpacing);
-    column->addLayout(content->makeHeader());
+    column->addLayout(header);
     column->addWidget(m_account);
     column->addWidget(m_serverLocation);
     column->addStretch();
