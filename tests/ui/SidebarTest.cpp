@@ -11,6 +11,7 @@
 #include <QAccessible>
 #include <QClipboard>
 #include <QGuiApplication>
+#include <QLabel>
 #include <QLineEdit>
 #include <QScrollArea>
 #include <QScrollBar>
@@ -413,7 +414,15 @@ void SidebarTest::columnKeepsItsMetrics()
         return QRect(widget->mapTo(&sidebar.window, QPoint()), widget->size());
     };
     const QRect logo = place(sidebar.named<QWidget>(QStringLiteral("Ambrel")));
-    QCOMPARE(logo.topLeft(), QPoint(18, 18 + (logo.y() - 18)));
+    const auto lines = sidebar.window.findChildren<QLabel *>();
+    const QRect wordmark = place(lines.at(0));
+    const QRect tagline = place(lines.at(1));
+    const QRect text = wordmark.united(tagline);
+    QCOMPARE(logo.united(text).topLeft(), QPoint(18, 18));
+    QCOMPARE(logo.left(), 18);
+    QCOMPARE(text.left() - logo.right() - 1, 12);
+    QCOMPARE(tagline.top() - wordmark.bottom() - 1, 2);
+    QVERIFY(std::abs(logo.center().y() - text.center().y()) <= 1);
     QCOMPARE(logo.size(), QSize(52, 52));
     const QRect userId = place(sidebar.named<QLineEdit>(QStringLiteral("User ID")));
     const QRect name = place(sidebar.named<QLineEdit>(QStringLiteral("Display name")));
