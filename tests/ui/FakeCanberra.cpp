@@ -1,5 +1,6 @@
-// Stands in for the sound library: as slow as a sound server that is hard to reach, it notes in the environment which
-// event it was asked to play. Where FAKE_CANBERRA_FAILS is set it finds nothing to play it with.
+// Stands in for the sound library with a sound server that is hard to reach: a call notes FAKE_CANBERRA_ASKED in the
+// environment and takes until FAKE_CANBERRA_MAY_PLAY is set there, then notes which event it has played. Where
+// FAKE_CANBERRA_FAILS is set it finds nothing to play it with.
 #include <QByteArray>
 #include <canberra.h>
 #include <chrono>
@@ -26,7 +27,9 @@ int ca_context_destroy(ca_context *)
 
 int ca_context_play(ca_context *, uint32_t id, ...)
 {
-    std::this_thread::sleep_for(std::chrono::milliseconds(500));
+    qputenv("FAKE_CANBERRA_ASKED", "1");
+    while (!qEnvironmentVariableIsSet("FAKE_CANBERRA_MAY_PLAY"))
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
     if (qEnvironmentVariableIsSet("FAKE_CANBERRA_FAILS"))
         return CA_ERROR_NODRIVER;
     std::va_list properties;
