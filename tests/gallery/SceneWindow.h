@@ -16,8 +16,6 @@ class SceneApplication
 public:
     SceneApplication(int &argc, char **argv);
 
-    AmbrelMacApp &application() { return *m_application; }
-
 private:
     QTemporaryDir m_settings;
     std::unique_ptr<AmbrelMacApp> m_application;

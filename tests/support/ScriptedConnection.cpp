@@ -16,7 +16,7 @@ QByteArray ReceivedRequest::header(const QByteArray &name) const
     return {};
 }
 
-ScriptedConnection::ScriptedConnection(int socket, int number, SSL_CTX *tls) : m_socket(socket), m_number(number)
+ScriptedConnection::ScriptedConnection(int socket, SSL_CTX *tls) : m_socket(socket)
 {
     if (tls) {
         m_tls = SSL_new(tls);
@@ -59,7 +59,6 @@ std::optional<ReceivedRequest> ScriptedConnection::readRequest()
     m_unread.remove(0, headEnd + 4);
 
     ReceivedRequest request;
-    request.connection = m_number;
     const QList<QByteArray> words = lines.first().split(' ');
     request.method = words.value(0);
     request.target = words.value(1);

@@ -20,7 +20,6 @@ struct ReceivedRequest
     QByteArray path;   ///< the target up to its "?"
     QList<QPair<QByteArray, QByteArray>> headers;
     QByteArray body;
-    int connection = 0; ///< counts the connections of the server from 1
 
     /// The value of a header, by its name in any case; empty when it is absent.
     QByteArray header(const QByteArray &name) const;
@@ -31,7 +30,7 @@ class ScriptedConnection
 {
 public:
     /// Takes `socket` over; `tls` is null for plain text.
-    ScriptedConnection(int socket, int number, SSL_CTX *tls);
+    ScriptedConnection(int socket, SSL_CTX *tls);
     ~ScriptedConnection();
     Q_DISABLE_COPY_MOVE(ScriptedConnection)
 
@@ -53,7 +52,6 @@ private:
 
     std::mutex m_mutex; // guards the socket's number against `interrupt`
     int m_socket;
-    const int m_number;
     SSL *m_tls = nullptr;
     QByteArray m_unread;
 };

@@ -12,6 +12,12 @@ namespace ambrel {
 
 namespace {
 
+/// What make-certificates has made.
+QString certificateDirectory()
+{
+    return QStringLiteral(AMBREL_TEST_CERTIFICATES);
+}
+
 SSL_CTX *tlsFor(const TlsIdentity &identity)
 {
     const QByteArray path = QFile::encodeName(certificateDirectory() + u'/' + identity.certificate);
@@ -38,11 +44,6 @@ void blockPipeSignal()
 }
 
 } // namespace
-
-QString certificateDirectory()
-{
-    return QStringLiteral(AMBREL_TEST_CERTIFICATES);
-}
 
 QByteArray trustedAuthority()
 {
@@ -97,11 +98,11 @@ void ScriptedServer::listen()
 
 void ScriptedServer::acceptConnections()
 {
-    for (int number = 1;; ++number) {
+    while (true) {
         const int accepted = accept4(m_listener, nullptr, nullptr, SOCK_CLOEXEC);
         if (accepted < 0)
             return;
-        auto connection = std::make_unique<ScriptedConnection>(accepted, number, m_tls);
+        auto connection = std::make_unique<ScriptedConnection>(accepted, m_tls);
         ScriptedConnection &served = *connection;
         const std::lock_guard lock(m_mutex);
         if (m_stopping)

@@ -20,8 +20,6 @@ struct TlsIdentity
     bool onlyOutdated = false; ///< TLS 1.1 and nothing newer
 };
 
-/// The directory with the certificates that tests/support/make-certificates has made.
-QString certificateDirectory();
 /// The certificate of the authority that signed "valid", as PEM.
 QByteArray trustedAuthority();
 
