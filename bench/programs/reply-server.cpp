@@ -1,5 +1,5 @@
 // Serves a live client with check replies until its standard input ends. A process of its own, so that its work is not
-// counted. Usage: reply-server MATCHES PHOTO_WIDTH VARIANTS [PHOTOS_OF_EACH]; prints its address.
+// counted. Usage: reply-server MATCHES PHOTO_WIDTH VARIANTS; prints its address.
 
 #include "support/CheckReplies.h"
 #include "support/ScriptedServer.h"
@@ -9,13 +9,11 @@
 
 using namespace ambrel;
 
-int main(int count, char **arguments)
+int main(int, char **arguments)
 {
-    const auto number = [&](int index, int fallback) { return index < count ? std::atoi(arguments[index]) : fallback; };
-    const int matches = number(1, 0);
-    const int photoWidth = number(2, 0);
-    const int variants = number(3, 1);
-    const int photosOfEach = number(4, 1);
+    const int matches = std::atoi(arguments[1]);
+    const int photoWidth = std::atoi(arguments[2]);
+    const int variants = std::atoi(arguments[3]);
 
     ScriptedServer server;
     server.on("POST", "/api/location", ScriptedReply::json("{\"ok\":true}"));
@@ -23,8 +21,8 @@ int main(int count, char **arguments)
     QList<ScriptedReply> replies;
     for (int variant = 0; variant < variants; ++variant) {
         QList<QByteArray> photos;
-        for (int photo = 0; photoWidth > 0 && photo < photosOfEach; ++photo)
-            photos += photoText(noisyPhotoFile({photoWidth, photoWidth * 4 / 3}, variant * 10 + photo));
+        if (photoWidth > 0)
+            photos += photoText(noisyPhotoFile({photoWidth, photoWidth * 4 / 3}, variant * 10));
         replies += ScriptedReply::json(checkReply(matches, photos, variant));
     }
     server.on("GET", "/api/check/me", replies.last());

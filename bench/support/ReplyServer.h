@@ -12,9 +12,9 @@ class ReplyServer
 {
 public:
     /// `photoWidth` is in pixels, 0 for no photos; with more than one variant every cycle brings changed people.
-    ReplyServer(int matches, int photoWidth, int variants, int photosOfEach = 1)
-        : m_process(siblingProgram("reply-server"), {QByteArray::number(matches), QByteArray::number(photoWidth),
-                                                     QByteArray::number(variants), QByteArray::number(photosOfEach)}),
+    ReplyServer(int matches, int photoWidth, int variants)
+        : m_process(siblingProgram("reply-server"),
+                    {QByteArray::number(matches), QByteArray::number(photoWidth), QByteArray::number(variants)}),
           m_url(QString::fromLatin1(m_process.readLine()))
     {
     }
