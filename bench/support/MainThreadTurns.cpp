@@ -2,6 +2,7 @@
 
 #include "support/ThreadClock.h"
 
+#include <csignal>
 #include <cstdint>
 #include <dlfcn.h>
 #include <optional>

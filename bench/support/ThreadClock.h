@@ -3,7 +3,6 @@
 #include <cstdio>
 #include <ctime>
 #include <fcntl.h>
-#include <sys/types.h>
 #include <unistd.h>
 
 namespace ambrel {

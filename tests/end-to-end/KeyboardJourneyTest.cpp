@@ -5,7 +5,6 @@
 #include <QSettings>
 #include <QTemporaryDir>
 #include <QTest>
-#include <algorithm>
 
 using namespace ambrel;
 

@@ -3,7 +3,6 @@
 #include "ui/Pixels.h"
 #include "ui/Theme.h"
 
-#include <QPushButton>
 #include <QTest>
 #include <array>
 #include <cmath>

@@ -1,8 +1,6 @@
 #include "ui/ContentView.h"
-#include "ui/Pixels.h"
 #include "ui/SeeMeAlert.h"
 #include "ui/SeeMeFlashOverlay.h"
-#include "ui/Theme.h"
 #include "ui/ViewFixture.h"
 
 #include <QAccessible>

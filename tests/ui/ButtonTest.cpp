@@ -6,7 +6,6 @@
 #include <QHBoxLayout>
 #include <QSignalSpy>
 #include <QTest>
-#include <memory>
 
 using namespace ambrel;
 

@@ -4,7 +4,6 @@
 #include "ui/Theme.h"
 
 #include <QAccessible>
-#include <QHBoxLayout>
 #include <QTest>
 
 using namespace ambrel;

@@ -1,4 +1,3 @@
-#include "toolkit/ElidedLabel.h"
 #include "toolkit/LazyColumn.h"
 #include "ui/LivePill.h"
 #include "ui/MainPanelView.h"

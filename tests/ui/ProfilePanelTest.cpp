@@ -7,7 +7,6 @@
 #include "ui/PhotoStrip.h"
 #include "ui/ViewFixture.h"
 
-#include <QElapsedTimer>
 #include <QScrollArea>
 #include <QScrollBar>
 

@@ -1,6 +1,5 @@
 #include "toolkit/FocusRing.h"
 #include "toolkit/Switch.h"
-#include "ui/BioEditor.h"
 #include "ui/Pixels.h"
 #include "ui/SidebarView.h"
 #include "ui/StatusLine.h"
@@ -13,6 +12,7 @@
 #include <QGuiApplication>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPlainTextEdit>
 #include <QScrollArea>
 #include <QScrollBar>
 

@@ -5,7 +5,6 @@
 
 #include "toolkit/ElidedLabel.h"
 
-#include <QAccessible>
 #include <QTest>
 #include <QVBoxLayout>
 
