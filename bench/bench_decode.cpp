@@ -28,7 +28,7 @@ QByteArray reply(int matchCount, qsizetype photoBytes, bool escapesSolidus = fal
     unsigned value = 1;
     for (char &byte : photo)
         byte = static_cast<char>((value = value * 1664525 + 1013904223) >> 24);
-    QByteArray text = photoText(photo);
+    QByteArray text = dataUrlOf(photo);
     if (escapesSolidus)
         text.replace('/', "\\/");
     return checkReply(matchCount, photoBytes ? QList<QByteArray>{text} : QList<QByteArray>());

@@ -54,8 +54,8 @@ int main(int argc, char **argv)
     QApplication application(argc, argv);
     countDecoding("decode-small", checkReply(50));
     const QByteArray file = noisyPhotoFile({600, 800});
-    countDecoding("decode-photos", checkReply(20, {photoText(file)}));
-    const QByteArray text = photoText(file);
+    countDecoding("decode-photos", checkReply(20, {dataUrlOf(file)}));
+    const QByteArray text = dataUrlOf(file);
     for (int round = 0; round < 2; ++round)
         count("photo", [&] { (void)dataURLImage({text.constData(), std::size_t(text.size())}, {86, 104}); });
     countCycles("cycle-unchanged", 1);

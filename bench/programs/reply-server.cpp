@@ -22,7 +22,7 @@ int main(int, char **arguments)
     for (int variant = 0; variant < variants; ++variant) {
         QList<QByteArray> photos;
         if (photoWidth > 0)
-            photos += photoText(noisyPhotoFile({photoWidth, photoWidth * 4 / 3}, variant * 10));
+            photos += dataUrlOf(noisyPhotoFile({photoWidth, photoWidth * 4 / 3}, variant * 10));
         replies += ScriptedReply::json(checkReply(matches, photos, variant));
     }
     server.on("GET", "/api/check/me", replies.last());

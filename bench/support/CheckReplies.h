@@ -36,10 +36,4 @@ inline QByteArray checkReply(int matchCount, const QList<QByteArray> &photos = {
     return "{\"active\":true,\"thresholdPercent\":70,\"matches\":[" + matches + "],\"seeMeMessages\":[]}";
 }
 
-/// The text of a photo file as it travels.
-inline QByteArray photoText(const QByteArray &file)
-{
-    return "data:image/jpeg;base64," + file.toBase64();
-}
-
 } // namespace ambrel

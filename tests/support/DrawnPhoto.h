@@ -58,9 +58,15 @@ inline QByteArray fileOf(const QImage &image, const char *format = "JPEG", int q
 }
 
 /// `file` as the text that the server sends.
+inline QByteArray dataUrlOf(const QByteArray &file)
+{
+    return QByteArrayLiteral("data:image/jpeg;base64,") + file.toBase64();
+}
+
+/// The same, as the client keeps it.
 inline PhotoText photoTextOf(const QByteArray &file)
 {
-    const QByteArray text = QByteArrayLiteral("data:image/jpeg;base64,") + file.toBase64();
+    const QByteArray text = dataUrlOf(file);
     return PhotoText(std::string_view(text.constData(), static_cast<std::size_t>(text.size())));
 }
 
