@@ -1,6 +1,7 @@
 // Strict base64 decoding of a photo's text, beside the toolkit's decoder on the same text.
 
 #include "support/Interleaved.h"
+#include "support/Noise.h"
 #include "support/Row.h"
 #include "ui/Base64.h"
 
@@ -38,11 +39,7 @@ int main()
 {
     double slowest = 1e9;
     for (const qsizetype size : {40'000, 400'000, 4'000'000}) {
-        QByteArray photo(size, Qt::Uninitialized);
-        unsigned value = 1;
-        for (char &byte : photo)
-            byte = static_cast<char>((value = value * 1664525 + 1013904223) >> 24);
-        const QByteArray text = photo.toBase64();
+        const QByteArray text = noisyBytes(size).toBase64();
         double fastest = compare("portable", Base64Code::Portable, text);
         if (fastestBase64Code() == Base64Code::Avx2)
             fastest = compare("AVX2", Base64Code::Avx2, text);

@@ -4,6 +4,7 @@
 #include "model/ResponseRecords.h"
 #include "support/CheckReplies.h"
 #include "support/Interleaved.h"
+#include "support/Noise.h"
 #include "support/Row.h"
 #include "tasks/Worker.h"
 
@@ -24,11 +25,7 @@ namespace {
 /// A reply in which every photo has `photoBytes` bytes; none when that is 0.
 QByteArray reply(int matchCount, qsizetype photoBytes, bool escapesSolidus = false)
 {
-    QByteArray photo(photoBytes, Qt::Uninitialized);
-    unsigned value = 1;
-    for (char &byte : photo)
-        byte = static_cast<char>((value = value * 1664525 + 1013904223) >> 24);
-    QByteArray text = dataUrlOf(photo);
+    QByteArray text = dataUrlOf(noisyBytes(photoBytes));
     if (escapesSolidus)
         text.replace('/', "\\/");
     return checkReply(matchCount, photoBytes ? QList<QByteArray>{text} : QList<QByteArray>());

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "support/DrawnPhoto.h"
+#include "support/Noise.h"
 
 namespace ambrel {
 
@@ -8,11 +9,11 @@ namespace ambrel {
 inline QByteArray noisyPhotoFile(QSize size, int person = 0)
 {
     QImage drawn = drawnPortrait(size, person);
-    unsigned value = 1;
+    Noise noise;
     for (int y = 0; y < drawn.height(); ++y) {
         auto *const line = reinterpret_cast<quint32 *>(drawn.scanLine(y));
         for (int x = 0; x < drawn.width(); ++x)
-            line[x] ^= ((value = value * 1664525 + 1013904223) >> 27) * 0x010101U & 0x0f0f0f;
+            line[x] ^= noise.next(5) * 0x010101U & 0x0f0f0f;
     }
     return fileOf(drawn);
 }
