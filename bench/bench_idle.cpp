@@ -1,10 +1,10 @@
 // What a live client does while the small reply of the server stays the same: repaints, processor time of all threads,
 // and wake-ups of the main thread besides those of the two loops.
 
-#include "support/Interleaved.h"
 #include "support/MainThreadTurns.h"
 #include "support/ReplyServer.h"
 #include "support/Row.h"
+#include "support/SystemClock.h"
 #include "support/WholeClient.h"
 
 #include <QEventLoop>
@@ -27,13 +27,6 @@ protected:
         return false;
     }
 };
-
-double processMilliseconds()
-{
-    timespec now{};
-    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &now);
-    return static_cast<double>(now.tv_sec) * 1e3 + static_cast<double>(now.tv_nsec) / 1e6;
-}
 
 /// Wake-ups that follow one another closely count as one: a request, its answer and what comes of it.
 int occasionsIn(const std::vector<Turn> &turns)
@@ -70,9 +63,10 @@ int main(int argc, char **argv)
     application.installEventFilter(&paints);
     startRecordingTurns();
     constexpr std::chrono::seconds time = 20s;
-    const double before = processMilliseconds();
+    const double before = millisecondsOn(CLOCK_PROCESS_CPUTIME_ID);
     live(time);
-    const double perSecond = (processMilliseconds() - before) / static_cast<double>(time.count());
+    const double used = millisecondsOn(CLOCK_PROCESS_CPUTIME_ID) - before; // by all threads
+    const double perSecond = used / static_cast<double>(time.count());
     // Every 5 s a cycle, every 2 s a poll, one more of each on the edge, and the end of this measurement.
     constexpr int expected = static_cast<int>(time / 5s + time / 2s) + 3;
     const int occasions = occasionsIn(takeTurns());

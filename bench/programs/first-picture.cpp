@@ -2,6 +2,7 @@
 // server, says when that was, how long the main thread had waited for a processor until then and how much processor
 // time all threads had used, and ends it.
 
+#include "support/SystemClock.h"
 #include "support/ThreadClock.h"
 
 #include <cstdlib>
@@ -16,10 +17,8 @@ const ambrel::ThreadClock mainThread;
 /// Stands before the function of the same name that the toolkit sends its window contents with.
 extern "C" [[gnu::visibility("default")]] unsigned xcb_shm_put_image()
 {
-    timespec used{};
-    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &used);
     const double report[] = {ambrel::ThreadClock::wallMilliseconds(), mainThread.waitedMilliseconds(),
-                             static_cast<double>(used.tv_sec) * 1e3 + static_cast<double>(used.tv_nsec) / 1e6};
+                             ambrel::millisecondsOn(CLOCK_PROCESS_CPUTIME_ID)};
     const char *const descriptor = std::getenv("AMBREL_FIRST_PICTURE");
     const bool isTold = descriptor && write(std::atoi(descriptor), report, sizeof report) == sizeof report;
     _exit(isTold ? 0 : 1);

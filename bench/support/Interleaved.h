@@ -1,8 +1,8 @@
 #pragma once
 
 #include "support/Samples.h"
+#include "support/SystemClock.h"
 
-#include <ctime>
 #include <utility>
 #include <vector>
 
@@ -11,9 +11,7 @@ namespace ambrel {
 /// Seconds of processor time that this thread has used: what other programs do meanwhile does not count.
 inline double threadSeconds()
 {
-    timespec now{};
-    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
-    return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) / 1e9;
+    return millisecondsOn(CLOCK_THREAD_CPUTIME_ID) / 1e3;
 }
 
 /// Seconds of processor time that one call of `work` takes on this thread.

@@ -1,7 +1,8 @@
 #pragma once
 
+#include "support/SystemClock.h"
+
 #include <cstdio>
-#include <ctime>
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -21,12 +22,7 @@ public:
     /// Milliseconds since some moment.
     double milliseconds() const { return wallMilliseconds() - waitedMilliseconds(); }
 
-    static double wallMilliseconds()
-    {
-        timespec now{};
-        clock_gettime(CLOCK_MONOTONIC, &now);
-        return static_cast<double>(now.tv_sec) * 1e3 + static_cast<double>(now.tv_nsec) / 1e6;
-    }
+    static double wallMilliseconds() { return millisecondsOn(CLOCK_MONOTONIC); }
 
     /// Milliseconds in which this thread waited for a processor so far; 0 where the kernel does not count them.
     double waitedMilliseconds() const
