@@ -1,3 +1,4 @@
+#include "support/PaintCounter.h"
 #include "toolkit/LazyColumn.h"
 #include "ui/LivePill.h"
 #include "ui/MainPanelView.h"

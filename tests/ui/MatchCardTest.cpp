@@ -1,5 +1,6 @@
 #include "ui/MatchCard.h"
 #include "support/EndsTheProgram.h"
+#include "support/PaintCounter.h"
 #include "support/ScriptedServer.h"
 #include "toolkit/ElidedLabel.h"
 #include "ui/AmbrelPrimaryButton.h"

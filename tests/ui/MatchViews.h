@@ -5,9 +5,6 @@
 #include "ui/PhotoFrame.h"
 
 #include <QAccessible>
-#include <QCoreApplication>
-#include <QEvent>
-#include <QHash>
 #include <QWidget>
 #include <algorithm>
 
@@ -39,30 +36,6 @@ inline QStringList visibleTexts(const QWidget &view)
     }
     return texts;
 }
-
-/// Counts what is painted while it lives.
-class PaintCounter : public QObject
-{
-public:
-    PaintCounter() { QCoreApplication::instance()->installEventFilter(this); }
-
-    int total() const { return m_total; }
-    int of(const QWidget *widget) const { return m_counts.value(widget); }
-
-protected:
-    bool eventFilter(QObject *watched, QEvent *event) override
-    {
-        if (event->type() == QEvent::Paint) {
-            ++m_total;
-            ++m_counts[watched];
-        }
-        return false;
-    }
-
-private:
-    int m_total = 0;
-    QHash<const QObject *, int> m_counts;
-};
 
 /// True once no frame of `view` waits for a photo any more.
 inline bool allPhotosAreThere(const QWidget &view)

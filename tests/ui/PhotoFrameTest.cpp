@@ -1,3 +1,4 @@
+#include "support/PaintCounter.h"
 #include "tasks/Worker.h"
 #include "ui/LargeProfilePhoto.h"
 #include "ui/MatchPhoto.h"

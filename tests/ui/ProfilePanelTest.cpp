@@ -1,4 +1,5 @@
 #include "ui/ProfilePanel.h"
+#include "support/PaintCounter.h"
 #include "toolkit/WrappedLabel.h"
 #include "ui/AmbrelLogo.h"
 #include "ui/BioText.h"
