@@ -1,38 +1,14 @@
+#include "ui/Contrast.h"
 #include "gallery/SceneWindow.h"
 #include "gallery/TextRecorder.h"
 #include "ui/Pixels.h"
-#include "ui/Theme.h"
 
 #include <QTest>
-#include <array>
-#include <cmath>
 #include <utility>
 
 using namespace ambrel;
 
 namespace {
-
-double luminance(QRgb color)
-{
-    static const auto linear = [] {
-        std::array<double, 256> table{};
-        for (std::size_t value = 0; value < table.size(); ++value) {
-            const double channel = double(value) / 255;
-            table.at(value) = channel <= 0.04045 ? channel / 12.92 : std::pow((channel + 0.055) / 1.055, 2.4);
-        }
-        return table;
-    }();
-    const auto part = [](int channel) { return linear.at(std::size_t(channel)); };
-    return 0.2126 * part(qRed(color)) + 0.7152 * part(qGreen(color)) + 0.0722 * part(qBlue(color));
-}
-
-/// 1 for none to 21 for black on white.
-double contrast(QRgb a, QRgb b)
-{
-    const double lighter = std::max(luminance(a), luminance(b));
-    const double darker = std::min(luminance(a), luminance(b));
-    return (lighter + 0.05) / (darker + 0.05);
-}
 
 /// The worst contrast that a text has with any pixel it lies on.
 double worstContrast(const DrawnText &text, const QImage &background)

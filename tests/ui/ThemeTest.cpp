@@ -1,33 +1,13 @@
 #include "ui/Theme.h"
+#include "ui/Contrast.h"
 #include "ui/Pixels.h"
 
 #include <QApplication>
 #include <QFontInfo>
 #include <QTest>
-#include <cmath>
 
 using namespace ambrel;
 using theme::TextStyle;
-
-namespace {
-
-double linear(double component)
-{
-    return component <= 0.04045 ? component / 12.92 : std::pow((component + 0.055) / 1.055, 2.4);
-}
-
-double luminance(const QColor &color)
-{
-    return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) + 0.0722 * linear(color.blueF());
-}
-
-double contrast(const QColor &a, const QColor &b)
-{
-    const auto [dark, light] = std::minmax({luminance(a), luminance(b)}); // a list: the pair holds values
-    return (light + 0.05) / (dark + 0.05);
-}
-
-} // namespace
 
 class ThemeTest : public QObject
 {
