@@ -220,4 +220,34 @@ inline void addGripRows()
         QTest::newRow(grips[i].name) << i;
 }
 
+/// The grip of the test's current row.
+inline const Grip &currentGrip()
+{
+    QFETCH(int, index);
+    return grips[index];
+}
+
+/// Fails the test unless a pull at the current grip resizes the window, until the release and no longer.
+inline void proveThatTheGripResizes(const QWidget &window)
+{
+    const Grip &grip = currentGrip();
+    const QPoint from = grip.in(window.geometry());
+    const QRect expected = grip.pulled(window.geometry(), 40);
+    QVERIFY(pointer::drag(from, from + 40 * grip.place, [&] { return window.geometry() == expected; }));
+    pointer::moveTo(from);
+    QCOMPARE(window.geometry(), expected);
+}
+
+/// Fails the test unless a push at the current grip makes the window as small as it may be and leaves it in its place.
+inline void proveThatTheGripRefusesToShrinkBelowTheMinimum(const QWidget &window)
+{
+    const Grip &grip = currentGrip();
+    const QRect before = window.geometry();
+    const QPoint from = grip.in(before);
+    const QSize smallest(grip.place.x() ? window.minimumWidth() : before.width(),
+                         grip.place.y() ? window.minimumHeight() : before.height());
+    QVERIFY(pointer::drag(from, from - 350 * grip.place, [&] { return window.size() == smallest; }));
+    QVERIFY(grip.keepsOppositeEdges(before, window.geometry()));
+}
+
 } // namespace ambrel

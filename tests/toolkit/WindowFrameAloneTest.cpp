@@ -51,13 +51,7 @@ void WindowFrameAloneTest::everyGripResizes_data()
 
 void WindowFrameAloneTest::everyGripResizes()
 {
-    QFETCH(int, index);
-    const Grip &grip = grips[index];
-    const QPoint from = grip.in(m_window->geometry());
-    const QRect expected = grip.pulled(m_window->geometry(), 40);
-    QVERIFY(pointer::drag(from, from + 40 * grip.place, [&] { return m_window->geometry() == expected; }));
-    pointer::moveTo(from);
-    QCOMPARE(m_window->geometry(), expected);
+    proveThatTheGripResizes(*m_window);
 }
 
 void WindowFrameAloneTest::everyGripRefusesToShrinkBelowTheMinimum_data()
@@ -67,14 +61,7 @@ void WindowFrameAloneTest::everyGripRefusesToShrinkBelowTheMinimum_data()
 
 void WindowFrameAloneTest::everyGripRefusesToShrinkBelowTheMinimum()
 {
-    QFETCH(int, index);
-    const Grip &grip = grips[index];
-    const QRect before = m_window->geometry();
-    const QPoint from = grip.in(before);
-    const QSize smallest(grip.place.x() ? m_window->minimumWidth() : 400,
-                         grip.place.y() ? m_window->minimumHeight() : 300);
-    QVERIFY(pointer::drag(from, from - 350 * grip.place, [&] { return m_window->size() == smallest; }));
-    QVERIFY(grip.keepsOppositeEdges(before, m_window->geometry()));
+    proveThatTheGripRefusesToShrinkBelowTheMinimum(*m_window);
 }
 
 void WindowFrameAloneTest::childrenWorkAfterTheWindowHasMoved()

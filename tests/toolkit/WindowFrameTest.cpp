@@ -120,11 +120,7 @@ void WindowFrameTest::everyGripResizes_data()
 
 void WindowFrameTest::everyGripResizes()
 {
-    QFETCH(int, index);
-    const Grip &grip = grips[index];
-    const QPoint from = grip.in(m_window->geometry());
-    const QRect expected = grip.pulled(m_window->geometry(), 40);
-    QVERIFY(pointer::drag(from, from + 40 * grip.place, [&] { return m_window->geometry() == expected; }));
+    proveThatTheGripResizes(*m_window);
 }
 
 void WindowFrameTest::everyGripRefusesToShrinkBelowTheMinimum_data()
@@ -134,13 +130,7 @@ void WindowFrameTest::everyGripRefusesToShrinkBelowTheMinimum_data()
 
 void WindowFrameTest::everyGripRefusesToShrinkBelowTheMinimum()
 {
-    QFETCH(int, index);
-    const Grip &grip = grips[index];
-    const QPoint from = grip.in(m_window->geometry());
-    const QSize smallest(grip.place.x() ? m_window->minimumWidth() : 400,
-                         grip.place.y() ? m_window->minimumHeight() : 300);
-    QVERIFY(pointer::drag(from, from - 350 * grip.place, [&] { return m_window->size() == smallest; }));
-    QVERIFY(grip.keepsOppositeEdges(QRect(200, 200, 400, 300), m_window->geometry()));
+    proveThatTheGripRefusesToShrinkBelowTheMinimum(*m_window);
 }
 
 void WindowFrameTest::everyGripShowsItsCursor_data()
@@ -150,8 +140,7 @@ void WindowFrameTest::everyGripShowsItsCursor_data()
 
 void WindowFrameTest::everyGripShowsItsCursor()
 {
-    QFETCH(int, index);
-    const Grip &grip = grips[index];
+    const Grip &grip = currentGrip();
     pointer::moveTo(m_window->background());
     QVERIFY(!QGuiApplication::overrideCursor());
     pointer::moveTo(grip.in(m_window->geometry()));
