@@ -48,7 +48,7 @@ void compare(const char *name, int matches, int photoWidth, double limit)
     Stalls naive;
     {
         NaiveClient client(server.url());
-        client.QWidget::show();
+        client.show();
         naive = stallsOf(cycles / 4, [&] { client.runCycle(); });
     }
     LiveWindow client(server.url(), {.livePause = 50ms, .seeMePause = 50ms});

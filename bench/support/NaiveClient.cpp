@@ -28,14 +28,14 @@ void NaiveClient::runCycle()
     QEventLoop loop;
     QNetworkReply *const reply = m_network.get(QNetworkRequest(QUrl(m_serverUrl + QStringLiteral("api/check/me"))));
     connect(reply, &QNetworkReply::finished, &loop, [&] {
-        show(reply->readAll());
+        showReply(reply->readAll());
         reply->deleteLater();
         loop.quit();
     });
     loop.exec();
 }
 
-void NaiveClient::show(const QByteArray &reply)
+void NaiveClient::showReply(const QByteArray &reply)
 {
     m_people.clear();
     m_photoTexts.clear();

@@ -20,7 +20,7 @@ public:
     void runCycle();
 
 private:
-    void show(const QByteArray &reply);
+    void showReply(const QByteArray &reply);
 
     const QString m_serverUrl;
     QNetworkAccessManager m_network;

@@ -32,7 +32,7 @@ public:
     }
     ~CardRow() override { --alive; }
 
-    void show(const QString &id)
+    void showPerson(const QString &id)
     {
         if (m_title.text() == id)
             return;
@@ -75,7 +75,7 @@ public:
     void bindRow(QWidget *row, int index) override
     {
         ++binds;
-        static_cast<CardRow *>(row)->show(ids.at(index));
+        static_cast<CardRow *>(row)->showPerson(ids.at(index));
     }
 
     QStringList ids;
