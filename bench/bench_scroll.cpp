@@ -27,6 +27,48 @@ void turnWheel(QWidget &target, int notches)
     QCoreApplication::sendEvent(&target, &event);
 }
 
+/// Milliseconds in which the main thread was busy since this was last asked.
+double busyTime()
+{
+    double busy = 0;
+    for (const Turn &turn : takeTurns())
+        busy += turn.milliseconds;
+    return busy;
+}
+
+struct Scrolling
+{
+    std::vector<double> costs; ///< of each frame, milliseconds: all that the main thread does until the next one
+    int cycles = 0;            ///< of the live loop meanwhile
+};
+
+/// Scrolls through the matches for so many frames: one notch (96 pixels) a frame, back up at the bottom.
+Scrolling scroll(LiveWindow &client, std::size_t frames)
+{
+    auto *const column = client.window.findChild<LazyColumn *>();
+    Scrolling scrolling;
+    int direction = 1;
+    const MatchResult *shown = nullptr;
+    QEventLoop loop;
+    QTimer clock;
+    clock.setTimerType(Qt::PreciseTimer);
+    QObject::connect(&clock, &QTimer::timeout, &loop, [&] {
+        scrolling.costs.push_back(busyTime());
+        const auto *const list = client.state().matches->constData();
+        scrolling.cycles += std::exchange(shown, list) != list;
+        const QScrollBar &bar = *column->verticalScrollBar();
+        if (bar.value() == bar.maximum())
+            direction = -1;
+        turnWheel(*column->viewport(), direction);
+        if (scrolling.costs.size() == frames)
+            loop.quit();
+    });
+    startRecordingTurns();
+    clock.start(16);
+    loop.exec();
+    return scrolling;
+}
+
 } // namespace
 
 int main(int argc, char **argv)
@@ -35,40 +77,11 @@ int main(int argc, char **argv)
     const ReplyServer server(10'000, 200, 2);
     LiveWindow client(server.url(), {.livePause = 100ms, .seeMePause = 100ms});
     client.runCycles(2);
-    auto *const column = client.window.findChild<LazyColumn *>();
-
-    // One notch (96 pixels) a frame, back up at the bottom; a frame is all that the main thread does until the next.
-    constexpr int frames = 600;
-    std::vector<double> costs;
-    int cycles = 0;
-    int direction = 1;
-    const MatchResult *shown = nullptr;
-    QTimer clock;
-    clock.setTimerType(Qt::PreciseTimer);
-    startRecordingTurns();
-    QObject::connect(&clock, &QTimer::timeout, [&] {
-        double busy = 0;
-        for (const Turn &turn : takeTurns())
-            busy += turn.milliseconds;
-        costs.push_back(busy);
-        const auto *const list = client.state().matches->constData();
-        cycles += std::exchange(shown, list) != list;
-        const QScrollBar &bar = *column->verticalScrollBar();
-        if (bar.value() == bar.maximum())
-            direction = -1;
-        turnWheel(*column->viewport(), direction);
-    });
-    clock.start(16);
-    QEventLoop loop;
-    QObject::connect(&clock, &QTimer::timeout, &loop, [&] {
-        if (costs.size() == frames)
-            loop.quit();
-    });
-    loop.exec();
+    const auto [costs, cycles] = scroll(client, 600);
 
     const double median = medianOf(costs);
     const double largest = largestOf(costs);
-    std::printf("scroll: %d frames during %d cycles, median %.2f ms, largest %.2f ms\n", frames, cycles, median,
+    std::printf("scroll: %zu frames during %d cycles, median %.2f ms, largest %.2f ms\n", costs.size(), cycles, median,
                 largest);
     print({.what = "frames while scrolling 10,000 cards with photos during live cycles",
            .toReach = "every frame 16.6 ms, median 4 ms",
