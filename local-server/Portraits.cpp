@@ -13,7 +13,6 @@ namespace ambrel::local {
 namespace {
 
 constexpr QSize photoSize(480, 600);
-constexpr int sceneCount = 6;
 
 /// How one of the four photos is framed.
 struct Framing

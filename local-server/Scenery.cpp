@@ -189,8 +189,8 @@ void drawStudio(QPainter &painter)
 
 void drawScene(QPainter &painter, Scene scene, const QRectF &canvas)
 {
-    constexpr std::array<void (*)(QPainter &), 6> scenes = {drawPark, drawCity,      drawSea,
-                                                            drawCafe, drawMountains, drawStudio};
+    constexpr std::array scenes = {drawPark, drawCity, drawSea, drawCafe, drawMountains, drawStudio};
+    static_assert(scenes.size() == sceneCount);
     painter.save();
     painter.translate(canvas.topLeft());
     painter.scale(canvas.width() / unitCanvas.width(), canvas.height() / unitCanvas.height());
