@@ -65,6 +65,7 @@ void LazyColumn::refresh()
 {
     const QScopedValueRollback<bool> guard(m_isLayingOut, true);
     const int oldFocused = focusedIndex();
+    const bool isLent = hasLentFocus();
     const bool staysAtTop = scrollPosition() == 0 && oldFocused < 0;
     const bool focusWasSeen =
         oldFocused >= firstVisible() && topOf(oldFocused) < scrollPosition() + viewport()->height();
@@ -87,8 +88,7 @@ void LazyColumn::refresh()
     buildRows(newFocused >= 0 ? newFocused : heir, true);
 
     if (!lost.empty()) {
-        if (!focusInto(heir, false))
-            setFocus(Qt::OtherFocusReason);
+        bequeathFocusTo(heir, isLent);
         retire(lost);
         if (heir >= 0 && focusWasSeen) {
             reveal(heir);

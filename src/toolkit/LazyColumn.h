@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QAbstractScrollArea>
+#include <QPointer>
 #include <QString>
 #include <vector>
 
@@ -24,7 +25,9 @@ public:
 
 /// A vertically scrolling column of rows of one height, with widgets only for the rows on screen and about a screenful
 /// around them. Row widgets are recycled for other entries as the column scrolls; the row that has the focus never is.
-/// The background is transparent. Main thread only.
+/// A focus that goes for Qt::PopupFocusReason is only lent: the column behaves as if its row still had it, and gives it
+/// to whoever has it by right when it comes back to that row or, for the same reason, to the column. The background is
+/// transparent. Main thread only.
 class LazyColumn : public QAbstractScrollArea
 {
     Q_OBJECT
@@ -47,6 +50,7 @@ public:
 protected:
     bool event(QEvent *event) override;
     bool eventFilter(QObject *watched, QEvent *event) override;
+    void focusInEvent(QFocusEvent *event) override;
     bool focusNextPrevChild(bool next) override;
     void keyPressEvent(QKeyEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
@@ -99,7 +103,10 @@ private:
     const Row *rowAt(int index) const;
     std::vector<std::vector<QWidget *>> tabStopsByRow() const;
     void threadTabOrder();
+    QWidget *stopIn(int index, bool atItsEnd) const;
     bool focusInto(int index, bool atItsEnd);
+    bool hasLentFocus() const;
+    void bequeathFocusTo(int heir, bool isLent);
     void focusReached(const QObject *widget, Qt::FocusReason reason);
     void moveFocusTo(int index);
     void reveal(int index);
@@ -114,6 +121,8 @@ private:
     int m_measuredWidth = -1;
     bool m_isLayingOut = false;
     bool m_isTabbingWithin = false;
+    Qt::FocusReason m_focusReason = Qt::OtherFocusReason; ///< for which a row got the focus
+    QPointer<QWidget> m_lender;                           ///< the widget in a row to which a lent focus comes back
 };
 
 } // namespace ambrel

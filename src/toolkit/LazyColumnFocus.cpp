@@ -5,14 +5,33 @@
 #include <QScopedValueRollback>
 #include <QScrollBar>
 #include <algorithm>
+#include <utility>
 
 namespace ambrel {
 
-/// The entry that holds the focus of this window, -1 if none does.
+namespace {
+
+/// Whether the focus goes only to come back, or has done so: to and from a popup, or another window, which may be the
+/// active one while a layer comes to cover this one.
+bool isLoan(const QFocusEvent &event)
+{
+    return event.reason() == Qt::PopupFocusReason || event.reason() == Qt::ActiveWindowFocusReason;
+}
+
+} // namespace
+
+/// The entry that holds the focus of this window or has lent it, -1 if none does.
 int LazyColumn::focusedIndex() const
 {
     const Row *row = rowHolding(window()->focusWidget());
+    if (!row)
+        row = rowHolding(m_lender);
     return row ? row->index : -1;
+}
+
+bool LazyColumn::hasLentFocus() const
+{
+    return rowHolding(m_lender) && !rowHolding(window()->focusWidget());
 }
 
 const LazyColumn::Row *LazyColumn::rowHolding(const QObject *object) const
@@ -62,18 +81,39 @@ void LazyColumn::threadTabOrder()
     }
 }
 
-/// Focuses the first (or last) widget of the row at `index` that Tab would stop at. False if there is none.
-bool LazyColumn::focusInto(int index, bool atItsEnd)
+/// The first (or last) widget of the row at `index` that Tab would stop at, null if there is none. A row that is
+/// disabled together with all around it counts as it will be afterwards.
+QWidget *LazyColumn::stopIn(int index, bool atItsEnd) const
 {
     const Row *row = rowAt(index);
     if (!row)
-        return false;
+        return nullptr;
     std::vector<QWidget *> stops = tabStopsByRow()[static_cast<std::size_t>(row - m_rows.data())];
-    std::erase_if(stops, [row](const QWidget *stop) { return !stop->isEnabled() || !stop->isVisibleTo(row->widget); });
+    std::erase_if(stops, [row](const QWidget *stop) {
+        return !stop->isEnabledTo(row->widget->parentWidget()) || !stop->isVisibleTo(row->widget);
+    });
     if (stops.empty())
-        return false;
-    (atItsEnd ? stops.back() : stops.front())->setFocus(Qt::OtherFocusReason);
-    return true;
+        return nullptr;
+    return atItsEnd ? stops.back() : stops.front();
+}
+
+bool LazyColumn::focusInto(int index, bool atItsEnd)
+{
+    QWidget *stop = stopIn(index, atItsEnd);
+    if (stop)
+        stop->setFocus(Qt::OtherFocusReason);
+    return stop;
+}
+
+/// The heir gets the focus for the same reason as the row that had it: to who uses the mouse it shows as little. Of a
+/// lent focus it inherits the claim.
+void LazyColumn::bequeathFocusTo(int heir, bool isLent)
+{
+    QWidget *stop = stopIn(heir, false);
+    if (isLent)
+        m_lender = stop;
+    else
+        (stop ? stop : this)->setFocus(m_focusReason);
 }
 
 bool LazyColumn::focusNextPrevChild(bool next)
@@ -84,9 +124,28 @@ bool LazyColumn::focusNextPrevChild(bool next)
 
 bool LazyColumn::eventFilter(QObject *watched, QEvent *event)
 {
-    if (event->type() == QEvent::FocusIn && !m_isLayingOut)
-        focusReached(watched, static_cast<QFocusEvent *>(event)->reason());
+    if (event->type() == QEvent::FocusOut) {
+        m_lender = isLoan(*static_cast<QFocusEvent *>(event)) ? static_cast<QWidget *>(watched) : nullptr;
+    } else if (event->type() == QEvent::FocusIn) {
+        const auto &focusIn = *static_cast<QFocusEvent *>(event);
+        m_lender = nullptr;
+        if (!isLoan(focusIn))
+            m_focusReason = focusIn.reason();
+        if (!m_isLayingOut)
+            focusReached(watched, focusIn.reason());
+    }
     return QAbstractScrollArea::eventFilter(watched, event);
+}
+
+/// A lent focus comes back to the column itself when the widget that lent it is gone.
+void LazyColumn::focusInEvent(QFocusEvent *event)
+{
+    QAbstractScrollArea::focusInEvent(event);
+    QWidget *heir = std::exchange(m_lender, nullptr);
+    if (heir && isLoan(*event)) {
+        const QScopedValueRollback<bool> guard(m_isLayingOut, true);
+        heir->setFocus(m_focusReason);
+    }
 }
 
 void LazyColumn::focusReached(const QObject *widget, Qt::FocusReason reason)
