@@ -16,4 +16,10 @@ void drawFocusRing(QPainter &painter, const QRectF &shape, qreal radius, const Q
     painter.restore();
 }
 
+bool showsFocusRing(Qt::FocusReason reason, bool before)
+{
+    const bool comesBack = reason == Qt::ActiveWindowFocusReason || reason == Qt::PopupFocusReason;
+    return comesBack ? before : reason != Qt::MouseFocusReason;
+}
+
 } // namespace ambrel

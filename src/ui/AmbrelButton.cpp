@@ -1,5 +1,6 @@
 #include "ui/AmbrelButton.h"
 
+#include "toolkit/FocusRing.h"
 #include "ui/Painting.h"
 #include "ui/Theme.h"
 
@@ -24,13 +25,19 @@ QSize AmbrelButton::sizeHint() const
     return {theme::buttonMinimumHeight, theme::buttonMinimumHeight};
 }
 
+void AmbrelButton::focusInEvent(QFocusEvent *event)
+{
+    m_showsFocusRing = showsFocusRing(event->reason(), m_showsFocusRing);
+    QPushButton::focusInEvent(event);
+}
+
 void AmbrelButton::keyPressEvent(QKeyEvent *event)
 {
     const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
-    if (isEnter && !event->isAutoRepeat())
-        click();
-    else
+    if (!isEnter)
         QPushButton::keyPressEvent(event);
+    else if (!event->isAutoRepeat()) // an Enter that is held is nobody else's either
+        click();
 }
 
 void AmbrelButton::paintEvent(QPaintEvent *)
@@ -39,7 +46,7 @@ void AmbrelButton::paintEvent(QPaintEvent *)
     fillRounded(painter, rect(), isDown() ? m_colors.pressed : m_colors.rest);
     if (underMouse() && isEnabled() && !isDown())
         fillRounded(painter, rect(), theme::buttonHoverVeil);
-    if (hasFocus())
+    if (hasFocus() && m_showsFocusRing)
         strokeFocusRing(painter, rect(), m_colors.focusRing);
     paintLabel(painter);
 }

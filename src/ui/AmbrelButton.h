@@ -6,7 +6,7 @@
 namespace ambrel {
 
 /// What the primary and the secondary button have in common: the full width on offer, a label that shrinks before it
-/// is cut, Enter as well as Space, and the same look whether enabled or not.
+/// is cut, Enter as well as Space, a ring for the keyboard's focus, and the same look whether enabled or not.
 class AmbrelButton : public QPushButton
 {
     Q_OBJECT
@@ -26,6 +26,7 @@ protected:
 
     AmbrelButton(const QString &label, const Colors &colors, QWidget *parent);
 
+    void focusInEvent(QFocusEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
 
@@ -33,6 +34,7 @@ private:
     void paintLabel(QPainter &painter) const;
 
     const Colors m_colors;
+    bool m_showsFocusRing = true;
 };
 
 } // namespace ambrel

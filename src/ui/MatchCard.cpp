@@ -3,6 +3,7 @@
 #include "state/MatchProximity.h"
 #include "state/RoundedInteger.h"
 #include "toolkit/ElidedLabel.h"
+#include "toolkit/FocusRing.h"
 #include "ui/AccessibleMatchCard.h"
 #include "ui/AmbrelPrimaryButton.h"
 #include "ui/AmbrelSecondaryButton.h"
@@ -153,9 +154,7 @@ void MatchCard::select()
 
 void MatchCard::focusInEvent(QFocusEvent *event)
 {
-    // A click shows where the focus is by itself; coming back to the window shows what was shown before.
-    if (event->reason() != Qt::ActiveWindowFocusReason && event->reason() != Qt::PopupFocusReason)
-        m_showsFocusRing = event->reason() != Qt::MouseFocusReason;
+    m_showsFocusRing = showsFocusRing(event->reason(), m_showsFocusRing);
     update();
 }
 

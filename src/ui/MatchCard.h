@@ -46,7 +46,7 @@ private:
 
     MatchResult m_match;
     bool m_isSelected = false;
-    bool m_showsFocusRing = false;
+    bool m_showsFocusRing = true;
 
     MatchPhoto *const m_photo;
     ElidedLabel *const m_name;

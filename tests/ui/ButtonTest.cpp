@@ -1,5 +1,6 @@
 #include "ui/AmbrelPrimaryButton.h"
 #include "ui/AmbrelSecondaryButton.h"
+#include "ui/HeldKey.h"
 #include "ui/Pixels.h"
 #include "ui/Theme.h"
 
@@ -47,6 +48,11 @@ using Row = ButtonRow<AmbrelPrimaryButton, AmbrelSecondaryButton>;
 /// Where a button shows its background and no letter.
 constexpr QPoint besideLabel{8, 20};
 
+bool showsRing(const QWidget &button)
+{
+    return distance(shownAt(button, {20, 3}), shownAt(button, besideLabel)) > 4;
+}
+
 } // namespace
 
 class ButtonTest : public QObject
@@ -63,6 +69,8 @@ private Q_SLOTS:
     void enterAndSpaceBothActivateOnce();
     void hoveringShows();
     void focusShowsARing();
+    void ringShowsForTheKeyboardButNotForAClick();
+    void focusThatComesBackShowsARingIfItDidBefore();
     void longLabelsShrinkBeforeTheyAreCut();
     void cornersAreRounded();
 };
@@ -132,9 +140,17 @@ void ButtonTest::enterAndSpaceBothActivateOnce()
     QCOMPARE(clicks.size(), 2);
     QTest::keyClick(row.left, Qt::Key_Space);
     QCOMPARE(clicks.size(), 3);
+    for (const auto key : {Qt::Key_Return, Qt::Key_Enter}) {
+        QVERIFY(repeatKey(*row.left, key)); // and nobody around the button gets to see it
+        QCOMPARE(clicks.size(), 3);
+    }
+    QTest::keyPress(row.left, Qt::Key_Space);
+    repeatKey(*row.left, Qt::Key_Space);
+    QTest::keyRelease(row.left, Qt::Key_Space);
+    QCOMPARE(clicks.size(), 4);
     row.left->setEnabled(false);
     QTest::keyClick(row.left, Qt::Key_Return);
-    QCOMPARE(clicks.size(), 3);
+    QCOMPARE(clicks.size(), 4);
 }
 
 void ButtonTest::hoveringShows()
@@ -156,6 +172,41 @@ void ButtonTest::focusShowsARing()
     row.right->setFocus();
     COMPARE_COLORS(shownAt(*row.left, onRing), QColor(200, 63, 50));
     COMPARE_COLORS(shownAt(*row.right, onRing), QColor::fromRgbF(0.52F, 0.1F, 0.06F));
+}
+
+void ButtonTest::ringShowsForTheKeyboardButNotForAClick()
+{
+    Row row(QStringLiteral("Go"), QStringLiteral("Pause"));
+    row.window.activateWindow();
+    QTRY_VERIFY(row.window.isActiveWindow());
+    row.right->setFocus();
+    QTest::mouseClick(row.left, Qt::LeftButton);
+    QVERIFY(row.left->hasFocus());
+    QVERIFY(!showsRing(*row.left));
+    for (const auto reason :
+         {Qt::TabFocusReason, Qt::BacktabFocusReason, Qt::ShortcutFocusReason, Qt::OtherFocusReason}) {
+        row.right->setFocus(Qt::MouseFocusReason);
+        QVERIFY(!showsRing(*row.right));
+        row.left->setFocus(reason);
+        QVERIFY(showsRing(*row.left));
+    }
+}
+
+void ButtonTest::focusThatComesBackShowsARingIfItDidBefore()
+{
+    Row row(QStringLiteral("Go"), QStringLiteral("Pause"));
+    row.window.activateWindow();
+    QTRY_VERIFY(row.window.isActiveWindow());
+    for (const auto reason : {Qt::MouseFocusReason, Qt::TabFocusReason}) {
+        row.right->setFocus();
+        row.left->setFocus(reason);
+        for (const auto way : {Qt::PopupFocusReason, Qt::ActiveWindowFocusReason}) {
+            row.right->setFocus(way);
+            QVERIFY(!showsRing(*row.left));
+            row.left->setFocus(way);
+            QCOMPARE(showsRing(*row.left), reason == Qt::TabFocusReason);
+        }
+    }
 }
 
 void ButtonTest::longLabelsShrinkBeforeTheyAreCut()
