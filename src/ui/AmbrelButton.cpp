@@ -34,10 +34,12 @@ void AmbrelButton::focusInEvent(QFocusEvent *event)
 void AmbrelButton::keyPressEvent(QKeyEvent *event)
 {
     const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
-    if (!isEnter)
-        QPushButton::keyPressEvent(event);
-    else if (!event->isAutoRepeat()) // an Enter that is held is nobody else's either
+    if (event->isAutoRepeat() && (isEnter || event->key() == Qt::Key_Space))
+        return; // a key that is held is for nobody else either
+    if (isEnter)
         click();
+    else
+        QPushButton::keyPressEvent(event);
 }
 
 void AmbrelButton::paintEvent(QPaintEvent *)

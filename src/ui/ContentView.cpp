@@ -10,13 +10,22 @@
 #include "ui/Theme.h"
 #include "ui/ViewEnvironment.h"
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QHBoxLayout>
 #include <QScrollArea>
+#include <algorithm>
 
 namespace ambrel {
 
 namespace {
+
+bool isInLayer(const QWidget *widget)
+{
+    while (widget && !qobject_cast<const CoveringLayer *>(widget))
+        widget = widget->parentWidget();
+    return widget;
+}
 
 /// Lets the main panel scroll sideways where the window is narrower than the panel's own minimum.
 QScrollArea *makeMainPanelArea(QWidget &parent)
@@ -30,8 +39,9 @@ QScrollArea *makeMainPanelArea(QWidget &parent)
     auto *const panel = new MainPanelView(area);
     area->setWidget(panel);
     panel->setAutoFillBackground(false); // the area would fill it
-    QObject::connect(qApp, &QApplication::focusChanged, area, [area](QWidget *, QWidget *focused) {
-        if (focused && area->widget()->isAncestorOf(focused))
+    QObject::connect(qApp, &QApplication::focusChanged, area, [area](QWidget *before, QWidget *focused) {
+        // What gets the focus back from a layer stays where the user has left it.
+        if (focused && area->widget()->isAncestorOf(focused) && !isInLayer(before))
             area->ensureWidgetVisible(focused);
     });
     return area;
@@ -66,7 +76,14 @@ ContentView::ContentView(QWidget *parent)
     m_controls->adjustSize();
 
     connect(&ViewEnvironment::of(*this), &ViewEnvironment::stateDidChange, this, &ContentView::refresh);
+    connect(qApp, &QApplication::focusChanged, this,
+            [this](QWidget *, QWidget *focused) { keepFocusInLayers(focused); });
     refresh();
+}
+
+ContentView::~ContentView()
+{
+    disconnect(qApp, nullptr, this, nullptr); // the focus still moves while the views go
 }
 
 void ContentView::resizeEvent(QResizeEvent *)
@@ -80,11 +97,10 @@ void ContentView::refresh()
     const auto &state = ViewEnvironment::of(*this).state();
     const bool hadFlash = m_flash;
     const bool hadAlert = m_alert;
-    if (!hadFlash && !hadAlert)
-        m_focusBeneath = window()->focusWidget();
-
     showFlash(state.showSeeMeFlash);
     showAlert(state.incomingSeeMe);
+    if (!hadFlash && !hadAlert && (m_flash || m_alert))
+        rememberFocus();
     if (hadFlash != !m_flash.isNull() || hadAlert != !m_alert.isNull())
         moveFocus();
 }
@@ -135,8 +151,38 @@ void ContentView::moveFocus()
         m_alert->takeFocus();
     else if (m_flash)
         m_flash->takeFocus();
-    else if (m_focusBeneath)
-        m_focusBeneath->setFocus();
+    else
+        giveFocusBack();
+}
+
+void ContentView::rememberFocus()
+{
+    // A key that is down is released into the layer.
+    if (auto *const button = qobject_cast<QAbstractButton *>(window()->focusWidget()))
+        button->setDown(false);
+    m_focusBeneath.clear();
+    for (QWidget *widget = window()->focusWidget(); widget && widget != this; widget = widget->parentWidget()) {
+        if (widget->focusPolicy() != Qt::NoFocus)
+            m_focusBeneath.append(widget);
+    }
+}
+
+/// A list from which the focused row has gone meanwhile passes the focus on to another row by itself.
+void ContentView::giveFocusBack()
+{
+    const auto heir = std::find_if(m_focusBeneath.cbegin(), m_focusBeneath.cend(),
+                                   [this](const auto &widget) { return widget && widget->isVisibleTo(this); });
+    if (heir != m_focusBeneath.cend())
+        (*heir)->setFocus(Qt::PopupFocusReason); // without scrolling to it, and with a ring only if it had one
+}
+
+/// What asks for the focus beneath a layer, as a screen reader can, gets it when the layer goes.
+void ContentView::keepFocusInLayers(const QWidget *focused)
+{
+    if (!(m_alert || m_flash) || !focused || !isAncestorOf(focused) || isInLayer(focused))
+        return;
+    rememberFocus();
+    moveFocus();
 }
 
 } // namespace ambrel

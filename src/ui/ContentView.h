@@ -2,6 +2,7 @@
 
 #include "model/ResponseRecords.h"
 
+#include <QList>
 #include <QPointer>
 #include <QWidget>
 #include <optional>
@@ -22,6 +23,7 @@ class ContentView : public QWidget
 public:
     /// `parent` must stand in a view environment.
     explicit ContentView(QWidget *parent);
+    ~ContentView() override;
 
 protected:
     void resizeEvent(QResizeEvent *event) override;
@@ -31,13 +33,16 @@ private:
     void showFlash(bool isShown);
     void showAlert(const std::optional<SeeMeMessage> &message);
     void moveFocus();
+    void rememberFocus();
+    void giveFocusBack();
+    void keepFocusInLayers(const QWidget *focused);
 
     AmbrelBackground *const m_background;
     WindowControls *const m_controls;
     QPointer<SeeMeFlashOverlay> m_flash;
     QPointer<SeeMeAlert> m_alert;
-    std::optional<SeeMeMessage> m_message; ///< the one that the window has asked attention for
-    QPointer<QWidget> m_focusBeneath;      ///< what had the focus before a layer took it
+    std::optional<SeeMeMessage> m_message;   ///< the one that the window has asked attention for
+    QList<QPointer<QWidget>> m_focusBeneath; ///< what had the focus before a layer took it, then what that stands in
 };
 
 } // namespace ambrel

@@ -13,7 +13,7 @@ class CoveringLayer : public QWidget
 public:
     explicit CoveringLayer(QWidget *parent);
 
-    /// Puts the focus where this layer's keys are handled.
+    /// Puts the focus where this layer's keys are handled; for Qt::PopupFocusReason, because it is given back.
     virtual void takeFocus() = 0;
 
 protected:

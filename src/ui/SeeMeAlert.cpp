@@ -77,7 +77,7 @@ void SeeMeAlert::fitMessage()
 
 void SeeMeAlert::takeFocus()
 {
-    m_dismiss->setFocus();
+    m_dismiss->setFocus(Qt::PopupFocusReason);
 }
 
 void SeeMeAlert::keyPressEvent(QKeyEvent *event)
@@ -86,7 +86,8 @@ void SeeMeAlert::keyPressEvent(QKeyEvent *event)
     case Qt::Key_Escape:
     case Qt::Key_Return:
     case Qt::Key_Enter:
-        m_onDismiss();
+        if (!event->isAutoRepeat()) // a key that is held has been meant for what is beneath
+            m_onDismiss();
         break;
     case Qt::Key_PageUp:
         m_messageArea->verticalScrollBar()->triggerAction(QAbstractSlider::SliderPageStepSub);

@@ -121,7 +121,8 @@ void SeeMeFlashOverlay::keyPressEvent(QKeyEvent *event)
     case Qt::Key_Space:
     case Qt::Key_Return:
     case Qt::Key_Enter:
-        m_onDismiss();
+        if (!event->isAutoRepeat()) // a key that is held has sent the message
+            m_onDismiss();
         break;
     default:
         CoveringLayer::keyPressEvent(event);

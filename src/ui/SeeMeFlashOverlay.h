@@ -24,7 +24,7 @@ public:
     SeeMeFlashOverlay(std::function<void()> onDismiss, QWidget *parent);
     ~SeeMeFlashOverlay() override;
 
-    void takeFocus() override { setFocus(); }
+    void takeFocus() override { setFocus(Qt::PopupFocusReason); }
     /// Stops flashing, fades out and deletes itself.
     void remove();
 

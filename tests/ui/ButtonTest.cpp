@@ -145,7 +145,7 @@ void ButtonTest::enterAndSpaceBothActivateOnce()
         QCOMPARE(clicks.size(), 3);
     }
     QTest::keyPress(row.left, Qt::Key_Space);
-    repeatKey(*row.left, Qt::Key_Space);
+    QVERIFY(repeatKey(*row.left, Qt::Key_Space));
     QTest::keyRelease(row.left, Qt::Key_Space);
     QCOMPARE(clicks.size(), 4);
     row.left->setEnabled(false);
