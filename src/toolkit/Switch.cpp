@@ -71,8 +71,9 @@ void Switch::paintEvent(QPaintEvent *)
     painter.drawText(label, Qt::AlignLeading | Qt::AlignVCenter | Qt::TextShowMnemonic,
                      fontMetrics().elidedText(text(), Qt::ElideRight, label.width(), Qt::TextShowMnemonic));
 
+    // Disabled by itself it looks so, but not when all around it is disabled, as beneath an alert.
+    painter.setOpacity(testAttribute(Qt::WA_ForceDisabled) ? disabledOpacity : 1);
     const int darkness = !isEnabled() ? 100 : isDown() ? pressedDarkness : underMouse() ? hoverDarkness : 100;
-    painter.setOpacity(isEnabled() ? 1 : disabledOpacity);
     painter.setPen(Qt::NoPen);
     painter.setBrush((isChecked() ? m_colors.trackOn : m_colors.trackOff).darker(darkness));
     painter.drawRoundedRect(track, radius, radius);

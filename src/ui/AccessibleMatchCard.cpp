@@ -33,15 +33,18 @@ QAccessible::State AccessibleMatchCard::state() const
 
 QStringList AccessibleMatchCard::actionNames() const
 {
-    return QStringList{pressAction()} + QAccessibleWidget::actionNames();
+    QStringList names = QAccessibleWidget::actionNames();
+    if (card()->isEnabled())
+        names.prepend(pressAction());
+    return names;
 }
 
 void AccessibleMatchCard::doAction(const QString &name)
 {
-    if (name == pressAction())
-        card()->select();
-    else
+    if (name != pressAction())
         QAccessibleWidget::doAction(name);
+    else if (card()->isEnabled()) // nor does a button act that is not
+        card()->select();
 }
 
 } // namespace ambrel

@@ -47,6 +47,15 @@ QScrollArea *makeMainPanelArea(QWidget &parent)
     return area;
 }
 
+/// Lets what is disabled look as it does otherwise.
+void keepLookWhenDisabled(QWidget &widget)
+{
+    QPalette palette = widget.palette();
+    for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
+        palette.setColor(QPalette::Disabled, role, palette.color(QPalette::Active, role));
+    widget.setPalette(palette);
+}
+
 AmbrelBackground *makeColumns(QWidget &parent)
 {
     auto *const background = new AmbrelBackground(&parent);
@@ -57,6 +66,7 @@ AmbrelBackground *makeColumns(QWidget &parent)
     row->addWidget(new SidebarView(background));
     row->addWidget(new Divider(Qt::Vertical, background));
     row->addWidget(makeMainPanelArea(*background), 1);
+    keepLookWhenDisabled(*background);
     return background;
 }
 
@@ -145,11 +155,16 @@ void ContentView::showAlert(const std::optional<SeeMeMessage> &message)
     }
 }
 
+/// Beneath an alert everything is disabled, so that no assistive technology works it either.
 void ContentView::moveFocus()
 {
-    if (m_alert)
+    if (m_alert) {
         m_alert->takeFocus();
-    else if (m_flash)
+        m_background->setEnabled(false); // not earlier, or the focus would wander
+        return;
+    }
+    m_background->setEnabled(true);
+    if (m_flash)
         m_flash->takeFocus();
     else
         giveFocusBack();

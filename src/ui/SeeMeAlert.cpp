@@ -1,11 +1,11 @@
 #include "ui/SeeMeAlert.h"
 
 #include "toolkit/WrappedLabel.h"
-#include "ui/AccessibleRole.h"
 #include "ui/AmbrelPrimaryButton.h"
 #include "ui/Painting.h"
 #include "ui/TextStyling.h"
 
+#include <QAccessibleWidget>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QScrollArea>
@@ -21,12 +21,35 @@ QString title()
     return QStringLiteral("Can you see me?");
 }
 
+class AccessibleSeeMeAlert : public QAccessibleWidget
+{
+public:
+    explicit AccessibleSeeMeAlert(SeeMeAlert *alert) : QAccessibleWidget(alert, QAccessible::Dialog) {}
+
+    QAccessible::State state() const override
+    {
+        QAccessible::State state = QAccessibleWidget::state();
+        state.modal = true;
+        return state;
+    }
+};
+
+QAccessibleInterface *makeAccessible(const QString &, QObject *object)
+{
+    auto *const alert = qobject_cast<SeeMeAlert *>(object);
+    return alert ? new AccessibleSeeMeAlert(alert) : nullptr; // owned by QAccessible
+}
+
 } // namespace
 
 SeeMeAlert::SeeMeAlert(const QString &message, std::function<void()> onDismiss, QWidget *parent)
     : CoveringLayer(parent), m_onDismiss(std::move(onDismiss)), m_sheet(new QWidget(this))
 {
-    setAccessibleRole(*this, QAccessible::Dialog);
+    static const bool isKnown = [] {
+        QAccessible::installFactory(makeAccessible);
+        return true;
+    }();
+    Q_UNUSED(isKnown)
     setAccessibleName(title());
 
     m_heading = new QLabel(title(), m_sheet);
@@ -38,7 +61,7 @@ SeeMeAlert::SeeMeAlert(const QString &message, std::function<void()> onDismiss, 
     m_messageArea->setWidgetResizable(true);
     m_messageArea->setFocusPolicy(Qt::NoFocus);
     m_messageArea->viewport()->setAutoFillBackground(false);
-    m_message = new WrappedLabel(message, m_messageArea);
+    m_message = new WrappedLabel({}, m_messageArea);
     m_message->setAlignment(Qt::AlignHCenter | Qt::AlignTop);
     m_messageArea->setWidget(m_message);
     m_message->setAutoFillBackground(false); // the area would fill it
@@ -57,12 +80,13 @@ SeeMeAlert::SeeMeAlert(const QString &message, std::function<void()> onDismiss, 
     centre->setContentsMargins(padding, padding, padding, padding);
     centre->addWidget(m_sheet, 0, Qt::AlignCenter);
 
-    fitMessage();
+    setMessage(message);
     show();
 }
 
 void SeeMeAlert::setMessage(const QString &message)
 {
+    setAccessibleDescription(message);
     m_message->setText(message);
     fitMessage();
 }

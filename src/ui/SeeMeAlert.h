@@ -12,7 +12,8 @@ namespace ambrel {
 class AmbrelPrimaryButton;
 class WrappedLabel;
 
-/// The sheet that shows an incoming See Me message above the dimmed window until the user dismisses it.
+/// The sheet that shows an incoming See Me message above the dimmed window until the user dismisses it. For assistive
+/// technology a modal dialog that the message describes.
 class SeeMeAlert : public CoveringLayer
 {
     Q_OBJECT

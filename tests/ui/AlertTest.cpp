@@ -1,4 +1,8 @@
+#include "toolkit/Switch.h"
+#include "ui/AmbrelBackground.h"
 #include "ui/ContentView.h"
+#include "ui/MatchCard.h"
+#include "ui/MatchViews.h"
 #include "ui/SeeMeAlert.h"
 #include "ui/SeeMeFlashOverlay.h"
 #include "ui/ViewFixture.h"
@@ -61,6 +65,12 @@ QStringList textsOf(SeeMeAlert &alert)
     return texts;
 }
 
+/// As a screen reader does it.
+void press(QWidget &widget, const QString &action)
+{
+    QAccessible::queryAccessibleInterface(&widget)->actionInterface()->doAction(action);
+}
+
 } // namespace
 
 class AlertTest : public QObject
@@ -80,6 +90,8 @@ private Q_SLOTS:
     void comesBackWhenTheServerReportsTheMessageAgain();
     void keepsClicksAndTabFromTheContentButNotTheEventLoop();
     void focusReturnsToTheFieldBeneath();
+    void isAModalDialogThatItsMessageDescribes();
+    void whatLiesBeneathCannotBePressedButLooksAsBefore();
     void hostileMessagesAreShownAsTheyStandAndStayInTheWindow();
 };
 
@@ -210,6 +222,52 @@ void AlertTest::focusReturnsToTheFieldBeneath()
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);
     QTRY_VERIFY(email->hasFocus());
     QCOMPARE(email->cursorPosition(), 1);
+}
+
+void AlertTest::isAModalDialogThatItsMessageDescribes()
+{
+    Content content(windowSize);
+    const auto alert = showAlert(content, QStringLiteral("first"));
+    const auto *const accessible = QAccessible::queryAccessibleInterface(alert);
+    QVERIFY(accessible->state().modal);
+    QCOMPARE(accessible->text(QAccessible::Description), QStringLiteral("first"));
+
+    showAlert(content, QStringLiteral("second"));
+    QCOMPARE(accessible->text(QAccessible::Description), QStringLiteral("second"));
+}
+
+void AlertTest::whatLiesBeneathCannotBePressedButLooksAsBefore()
+{
+    Content content(windowSize);
+    content.state().userId = QStringLiteral("sam");
+    content.state().matches = {person(QStringLiteral("Ana"))};
+    content.refresh();
+    auto *const columns = content.window.findChild<AmbrelBackground *>();
+    auto *const card = columns->findChild<MatchCard *>();
+    auto *const discoverable = columns->findChild<Switch *>();
+    auto *const keep = content.button(QStringLiteral("Continue"));
+    const auto pressAll = [&] {
+        press(*discoverable, QAccessibleActionInterface::toggleAction());
+        press(*card, QAccessibleActionInterface::pressAction());
+        press(*keep, QAccessibleActionInterface::pressAction());
+    };
+    QApplication::focusWidget()->clearFocus();
+    const QImage before = columns->grab().toImage();
+
+    const auto alert = showAlert(content, QStringLiteral("Hi"));
+    QCOMPARE(columns->grab().toImage(), before);
+    pressAll();
+    QVERIFY(discoverable->isChecked());
+    QVERIFY(!content.state().selectedMatch.value());
+    QVERIFY(!keep->isDown()); // a button that is pressed this way clicks a moment later
+
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);
+    QTRY_VERIFY(!alert);
+    QCOMPARE(content.state().statusText.value(), QStringLiteral("Ready."));
+    pressAll(); // all of it works again
+    QVERIFY(!discoverable->isChecked());
+    QVERIFY(content.state().selectedMatch.value());
+    QTRY_COMPARE(content.state().statusText.value(), QStringLiteral("Keeping Ana visible."));
 }
 
 void AlertTest::hostileMessagesAreShownAsTheyStandAndStayInTheWindow()
