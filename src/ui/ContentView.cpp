@@ -111,16 +111,16 @@ void ContentView::refresh()
     showAlert(state.incomingSeeMe);
     if (!hadFlash && !hadAlert && (m_flash || m_alert))
         rememberFocus();
-    if (hadFlash != !m_flash.isNull() || hadAlert != !m_alert.isNull())
+    if (hadFlash != !m_flash.isNull() || hadAlert != !m_alert.isNull()) {
+        stackLayers();
         moveFocus();
+    }
 }
 
 void ContentView::showFlash(bool isShown)
 {
     if (isShown && !m_flash) {
         m_flash = new SeeMeFlashOverlay([this] { ViewEnvironment::of(*this).state().showSeeMeFlash = false; }, this);
-        if (m_alert)
-            m_alert->raise();
     } else if (!isShown && m_flash) {
         m_flash->remove();
         m_flash.clear();
@@ -152,6 +152,17 @@ void ContentView::showAlert(const std::optional<SeeMeMessage> &message)
             if (m_flash)
                 state.showSeeMeFlash = false;
         });
+    }
+}
+
+/// The alert leaves the window itself to the user; a click anywhere dismisses the flash.
+void ContentView::stackLayers()
+{
+    if (m_flash)
+        m_flash->raise();
+    if (m_alert) {
+        m_alert->raise();
+        m_controls->raise();
     }
 }
 

@@ -15,7 +15,8 @@ class SeeMeFlashOverlay;
 class WindowControls;
 
 /// All that the window shows: sidebar and main panel on the background, the See Me flash above them, and the alert for
-/// an incoming See Me above all. The controls of the frameless window stand in its top right corner.
+/// an incoming See Me above all. The controls of the frameless window stand in its top right corner, where the pointer
+/// reaches them above the alert, too.
 class ContentView : public QWidget
 {
     Q_OBJECT
@@ -32,6 +33,7 @@ private:
     void refresh();
     void showFlash(bool isShown);
     void showAlert(const std::optional<SeeMeMessage> &message);
+    void stackLayers();
     void moveFocus();
     void rememberFocus();
     void giveFocusBack();

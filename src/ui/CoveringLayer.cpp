@@ -1,6 +1,6 @@
 #include "ui/CoveringLayer.h"
 
-#include <QEvent>
+#include <QMouseEvent>
 
 namespace ambrel {
 
@@ -23,8 +23,11 @@ bool CoveringLayer::event(QEvent *event)
 {
     switch (event->type()) {
     case QEvent::MouseButtonPress:
-    case QEvent::MouseButtonRelease:
     case QEvent::MouseButtonDblClick:
+        QWidget::event(event);
+        event->setAccepted(!isBackgroundAt(static_cast<QMouseEvent *>(event)->position().toPoint()));
+        return true;
+    case QEvent::MouseButtonRelease:
     case QEvent::MouseMove:
     case QEvent::Wheel:
     case QEvent::ContextMenu:

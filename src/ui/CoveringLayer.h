@@ -17,6 +17,9 @@ public:
     virtual void takeFocus() = 0;
 
 protected:
+    /// Where a press is left to the window, which moves by it; nowhere at first. What is beneath gets no such press.
+    virtual bool isBackgroundAt(QPoint) const { return false; }
+
     bool event(QEvent *event) override;
     bool eventFilter(QObject *watched, QEvent *event) override;
     bool focusNextPrevChild(bool next) override;

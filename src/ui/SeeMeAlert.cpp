@@ -6,11 +6,13 @@
 #include "ui/TextStyling.h"
 
 #include <QAccessibleWidget>
+#include <QApplication>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QVBoxLayout>
+#include <utility>
 
 namespace ambrel {
 
@@ -124,9 +126,25 @@ void SeeMeAlert::keyPressEvent(QKeyEvent *event)
     }
 }
 
+bool SeeMeAlert::isBackgroundAt(QPoint place) const
+{
+    return !m_sheet->geometry().contains(place);
+}
+
+void SeeMeAlert::mousePressEvent(QMouseEvent *event)
+{
+    m_pressedBeside.reset();
+    if (event->button() == Qt::LeftButton && isBackgroundAt(event->position().toPoint()))
+        m_pressedBeside = event->globalPosition().toPoint();
+}
+
 void SeeMeAlert::mouseReleaseEvent(QMouseEvent *event)
 {
-    if (event->button() == Qt::LeftButton && !m_sheet->geometry().contains(event->position().toPoint()))
+    const auto pressedAt = std::exchange(m_pressedBeside, std::nullopt);
+    if (!pressedAt || event->button() != Qt::LeftButton)
+        return;
+    const QPoint distance = event->globalPosition().toPoint() - *pressedAt;
+    if (distance.manhattanLength() < QApplication::startDragDistance())
         Q_EMIT clickedBeside();
 }
 

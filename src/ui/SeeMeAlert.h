@@ -3,6 +3,7 @@
 #include "ui/CoveringLayer.h"
 
 #include <functional>
+#include <optional>
 
 class QLabel;
 class QScrollArea;
@@ -27,11 +28,13 @@ public:
     void takeFocus() override;
 
 Q_SIGNALS:
-    /// A click beside the sheet. The alert itself stays.
+    /// A click beside the sheet, where a drag moves the window. The alert itself stays.
     void clickedBeside();
 
 protected:
+    bool isBackgroundAt(QPoint place) const override;
     void keyPressEvent(QKeyEvent *event) override;
+    void mousePressEvent(QMouseEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
@@ -45,6 +48,7 @@ private:
     QScrollArea *m_messageArea = nullptr; ///< scrolls when the window is too low for the message
     WrappedLabel *m_message = nullptr;
     AmbrelPrimaryButton *m_dismiss = nullptr;
+    std::optional<QPoint> m_pressedBeside; ///< on the screen, until the release
 };
 
 } // namespace ambrel
