@@ -42,7 +42,7 @@ private:
     AmbrelLogo *const m_logo;
     QLabel *const m_title;
     bool m_alternate = false;
-    QVariantAnimation m_fade;
+    QVariantAnimation m_fade{this};
     QPixmap m_picture; ///< what is seen while it fades; null when it does not
     std::optional<BackgroundTask> m_flashing;
 };

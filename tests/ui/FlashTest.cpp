@@ -10,6 +10,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPointer>
+#include <QVariantAnimation>
 #include <chrono>
 #include <vector>
 
@@ -83,6 +84,7 @@ private Q_SLOTS:
     void escapeSpaceAndEnterDismiss();
     void focusReturnsToWhereItWas();
     void fadesInUnlessMotionIsReduced();
+    void fadesOutThroughTheContent();
     void coversTheWindowAtEverySize();
     void screenReadersSeeAPaneWithMarkAndWords();
 };
@@ -195,6 +197,23 @@ void FlashTest::fadesInUnlessMotionIsReduced()
     const QColor start = shownAt(content.window, emptySpot);
     QVERIFY(start != QColor(Qt::white)); // the content still shines through
     QTRY_COMPARE(shownAt(content.window, emptySpot), QColor(Qt::white));
+}
+
+void FlashTest::fadesOutThroughTheContent()
+{
+    Content content(windowSize);
+    const QColor ground = shownAt(content.window, emptySpot);
+    const auto overlay = showFlash(content);
+    content.state().showSeeMeFlash = false;
+    content.refresh();
+    auto *const fade = overlay->findChild<QVariantAnimation *>();
+    QCOMPARE(fade->state(), QAbstractAnimation::Running);
+    fade->pause(); // so that no slow machine misses the middle of it
+    fade->setCurrentTime(fade->duration() / 2);
+    COMPARE_COLORS(shownAt(content.window, emptySpot), over(QColor::fromRgbF(1, 1, 1, 0.5F), ground));
+    fade->resume();
+    QTRY_VERIFY(!overlay);
+    COMPARE_COLORS(shownAt(content.window, emptySpot), ground);
 }
 
 void FlashTest::coversTheWindowAtEverySize()

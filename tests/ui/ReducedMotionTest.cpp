@@ -82,6 +82,7 @@ void ReducedMotionTest::followsTheDesktopAndSkipsTheFade()
     QVERIFY(!fading->findChild<AmbrelLogo *>()->isVisible()); // a picture of it fades in first
     QTRY_VERIFY(fading->findChild<AmbrelLogo *>()->isVisible());
     fading->remove();
+    QVERIFY(!fading->isHidden()); // it fades out
     QTRY_VERIFY(!fading);
 }
 
