@@ -155,15 +155,15 @@ void ContentView::showAlert(const std::optional<SeeMeMessage> &message)
     }
 }
 
-/// The alert leaves the window itself to the user; a click anywhere dismisses the flash.
+/// The alert leaves the controls of the window to the user; the flash covers them for its few seconds.
 void ContentView::stackLayers()
 {
     if (m_flash)
         m_flash->raise();
-    if (m_alert) {
+    if (m_alert)
         m_alert->raise();
+    if (m_alert && !m_flash)
         m_controls->raise();
-    }
 }
 
 /// Beneath an alert everything is disabled, so that no assistive technology works it either.

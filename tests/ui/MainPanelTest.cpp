@@ -289,6 +289,20 @@ private Q_SLOTS:
         QTest::keyClick(cards.at(1), Qt::Key_Space);
         QCOMPARE(panel.selected(), QStringLiteral("ana"));
     }
+
+    void theCardThatInheritsTheFocusWearsARingOnlyForTheKeyboard()
+    {
+        PanelWindow panel;
+        for (const auto reason : {Qt::MouseFocusReason, Qt::TabFocusReason}) {
+            panel.show(people({QStringLiteral("Sam"), QStringLiteral("Ana")}));
+            const auto buttons = panel.cards().at(0)->findChildren<QAbstractButton *>();
+            buttons.first()->setFocus(reason);
+            const QImage unfocused = panel.cards().at(1)->grab().toImage();
+            panel.show(people({QStringLiteral("Ana")}));
+            QVERIFY(panel.cards().at(0)->hasFocus());
+            QCOMPARE(panel.cards().at(0)->grab().toImage() == unfocused, reason == Qt::MouseFocusReason);
+        }
+    }
 };
 
 QTEST_MAIN(MainPanelTest)
