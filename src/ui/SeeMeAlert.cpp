@@ -36,10 +36,16 @@ public:
     }
 };
 
-QAccessibleInterface *makeAccessible(const QString &, QObject *object)
+void installAccessibleInterface()
 {
-    auto *const alert = qobject_cast<SeeMeAlert *>(object);
-    return alert ? new AccessibleSeeMeAlert(alert) : nullptr; // owned by QAccessible
+    static const bool isInstalled = [] {
+        QAccessible::installFactory([](const QString &, QObject *object) -> QAccessibleInterface * {
+            auto *const alert = qobject_cast<SeeMeAlert *>(object);
+            return alert ? new AccessibleSeeMeAlert(alert) : nullptr; // owned by QAccessible
+        });
+        return true;
+    }();
+    Q_UNUSED(isInstalled)
 }
 
 } // namespace
@@ -47,11 +53,7 @@ QAccessibleInterface *makeAccessible(const QString &, QObject *object)
 SeeMeAlert::SeeMeAlert(const QString &message, std::function<void()> onDismiss, QWidget *parent)
     : CoveringLayer(parent), m_onDismiss(std::move(onDismiss)), m_sheet(new QWidget(this))
 {
-    static const bool isKnown = [] {
-        QAccessible::installFactory(makeAccessible);
-        return true;
-    }();
-    Q_UNUSED(isKnown)
+    installAccessibleInterface();
     setAccessibleName(title());
 
     m_heading = new QLabel(title(), m_sheet);
