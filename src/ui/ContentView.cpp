@@ -3,6 +3,7 @@
 #include "toolkit/WindowControls.h"
 #include "ui/AmbrelBackground.h"
 #include "ui/Divider.h"
+#include "ui/KeyboardScrolling.h"
 #include "ui/MainPanelView.h"
 #include "ui/SeeMeAlert.h"
 #include "ui/SeeMeFlashOverlay.h"
@@ -34,11 +35,11 @@ QScrollArea *makeMainPanelArea(QWidget &parent)
     area->setFrameShape(QFrame::NoFrame);
     area->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     area->setWidgetResizable(true);
-    area->setFocusPolicy(Qt::NoFocus);
     area->viewport()->setAutoFillBackground(false);
     auto *const panel = new MainPanelView(area);
     area->setWidget(panel);
     panel->setAutoFillBackground(false); // the area would fill it
+    enableKeyboardScrolling(*area);
     QObject::connect(qApp, &QApplication::focusChanged, area, [area](QWidget *before, QWidget *focused) {
         // What gets the focus back from a layer stays where the user has left it.
         if (focused && area->widget()->isAncestorOf(focused) && !isInLayer(before))

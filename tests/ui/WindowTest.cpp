@@ -59,6 +59,7 @@ private Q_SLOTS:
     void columnsKeepTheirPlacesAtEverySize();
     void opensAtAComfortableSizeWithItsTitleForTheWindowManager();
     void mainPanelScrollsSidewaysInTheSmallestWindow();
+    void withoutAnybodyNearbyTheKeyboardScrollsSidewaysToo();
     void materialsAndDividerLieOnTheGradient();
     void nothingIsSentWhenTheWindowOpens();
     void everythingIsLightOnADarkDesktop();
@@ -130,6 +131,23 @@ void WindowTest::mainPanelScrollsSidewaysInTheSmallestWindow()
     QCOMPARE(area->horizontalScrollBar()->maximum(), panel->width() - area->viewport()->width());
     area->horizontalScrollBar()->setValue(area->horizontalScrollBar()->maximum());
     QVERIFY(window->rect().contains(placeOf<ProfilePanel>(*window))); // within reach, whole
+}
+
+void WindowTest::withoutAnybodyNearbyTheKeyboardScrollsSidewaysToo()
+{
+    const auto window = openAt({980, 680});
+    auto *const area =
+        qobject_cast<QScrollArea *>(window->findChild<MainPanelView *>()->parentWidget()->parentWidget());
+    window->activateWindow();
+    QTRY_VERIFY(QApplication::focusWidget());
+    for (int stop = 0; stop < 40 && QApplication::focusWidget() != area; ++stop)
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    QCOMPARE(QApplication::focusWidget(), area);
+    while (area->horizontalScrollBar()->value() < area->horizontalScrollBar()->maximum()) {
+        const int before = area->horizontalScrollBar()->value();
+        QTest::keyClick(area, Qt::Key_Right);
+        QVERIFY(area->horizontalScrollBar()->value() > before);
+    }
 }
 
 void WindowTest::materialsAndDividerLieOnTheGradient()
