@@ -2,6 +2,7 @@
 #include "model/JsonGrammar.h"
 #include "model/JsonKey.h"
 #include "model/JsonLetters.h"
+#include "model/JsonSkip.h"
 #include "model/LongTexts.h"
 #include "model/RequestRecords.h"
 #include "model/ResponseRecords.h"
@@ -11,63 +12,17 @@
 #include <bitset>
 #include <cstdint>
 #include <optional>
-#include <simdjson.h>
 
 namespace ambrel {
 
 namespace {
 
 namespace ondemand = simdjson::ondemand;
-using simdjson::error_code;
 
-/// Nesting beyond this is refused: the reader recurses.
-constexpr int maximumDepth = 512;
 /// The elements of all lists of a reply. More are no people: an empty text takes ten times its room in memory.
 constexpr int mostElements = 1'000'000;
 /// Up to this many bytes of JSON are parsed with buffers that stay.
 constexpr std::size_t smallText = std::size_t{64} * 1024;
-
-/// Where in the reply the reader stands; a chain on the stack, spelled out only for an error.
-struct Place
-{
-    const Place *parent = nullptr;
-    const char *key = nullptr; ///< null for a list element
-    qsizetype index = 0;       ///< in the list, or of the field in its record
-    int depth = 0;
-
-    Place under(const char *childKey, std::size_t field) const
-    {
-        return {this, childKey, static_cast<qsizetype>(field), depth + 1};
-    }
-    Place at(qsizetype childIndex) const { return {this, nullptr, childIndex, depth + 1}; }
-    /// Somewhere below that no sentence needs to tell.
-    Place deeper() const { return {parent, key, index, depth + 1}; }
-
-    QString path() const
-    {
-        const QString before = parent ? parent->path() : QString();
-        if (key)
-            return (before.isEmpty() ? before : before + u'.') + QString::fromUtf8(key);
-        return parent ? before + u'[' + QString::number(index) + u']' : before;
-    }
-};
-
-[[noreturn]] void fail(const Place &place, const QString &what)
-{
-    const QString path = place.path();
-    throw DecodingError((path.isEmpty() ? QStringLiteral("it") : u'"' + path + u'"') + u' ' + what);
-}
-
-/// Malformed JSON and a wrong type both end here; the type is what the reader of the sentence can act on.
-template <typename Value>
-[[gnu::always_inline]] inline Value expect(simdjson::simdjson_result<Value> result, const Place &place,
-                                           const char *type)
-{
-    Value value;
-    if (std::move(result).get(value) != simdjson::SUCCESS)
-        fail(place, QStringLiteral("is not %1").arg(QLatin1String(type)));
-    return value;
-}
 
 template <typename T>
 struct IsOptional : std::false_type
@@ -77,70 +32,6 @@ template <typename T>
 struct IsOptional<std::optional<T>> : std::true_type
 {
 };
-
-/// The text of a scalar as it stands in the reply.
-std::string_view tokenOf(ondemand::value &value)
-{
-    const std::string_view token = value.raw_json_token();
-    return token.substr(0, token.find_last_not_of(" \t\r\n") + 1);
-}
-
-/// What stands between the quotes of a string's token.
-std::string_view insideOf(std::string_view token)
-{
-    return token.substr(1, token.find_last_of('"') - 1);
-}
-
-/// What stands between the quotes of a key.
-std::string_view insideOf(ondemand::field &field)
-{
-    const char *const begin = field.key().raw();
-    const char *end = begin; // a quote always follows: the text has been indexed
-    while (*end != '"')
-        end += *end == '\\' ? 2 : 1;
-    return {begin, static_cast<std::size_t>(end - begin)};
-}
-
-void expectString(std::string_view inside, const Place &place)
-{
-    if (!isJsonString(inside))
-        fail(place, QStringLiteral("is not valid JSON"));
-}
-
-/// Checks a value that nobody asked for, so that a broken reply is never taken for a whole one. What is valid JSON
-/// passes, whether we could hold it or not.
-void skip(ondemand::value value, const Place &place)
-{
-    if (place.depth > maximumDepth)
-        fail(place, QStringLiteral("is nested too deeply"));
-    switch (expect(value.type(), place, "valid JSON")) {
-    case ondemand::json_type::object:
-        for (auto result : expect(value.get_object(), place, "valid JSON")) {
-            ondemand::field field = expect(std::move(result), place, "valid JSON");
-            expectString(insideOf(field), place);
-            skip(field.value(), place.deeper());
-        }
-        break;
-    case ondemand::json_type::array:
-        for (auto element : expect(value.get_array(), place, "valid JSON"))
-            skip(expect(element, place, "valid JSON"), place.deeper());
-        break;
-    case ondemand::json_type::number:
-        if (!isJsonNumber(tokenOf(value)))
-            fail(place, QStringLiteral("is not valid JSON"));
-        break;
-    case ondemand::json_type::string:
-        expectString(insideOf(tokenOf(value)), place);
-        break;
-    case ondemand::json_type::boolean:
-        expect(value.get_bool(), place, "valid JSON");
-        break;
-    case ondemand::json_type::null:
-        if (!expect(value.is_null(), place, "valid JSON"))
-            fail(place, QStringLiteral("is not valid JSON"));
-        break;
-    }
-}
 
 template <WireRecord Record>
 constexpr auto keysOf = std::apply([](auto... fields) { return std::array{JsonKey(fields.key)...}; }, Record::fields());
