@@ -2,6 +2,7 @@
 
 #include "toolkit/FocusRing.h"
 
+#include <QFocusEvent>
 #include <QPainter>
 #include <QStyle>
 #include <algorithm>
@@ -45,6 +46,12 @@ QSize Switch::minimumSizeHint() const
             std::max(fontMetrics().height(), trackSize.height() + 2 * focusRingReach)};
 }
 
+void Switch::focusInEvent(QFocusEvent *event)
+{
+    m_showsFocusRing = showsFocusRing(event->reason(), m_showsFocusRing);
+    QCheckBox::focusInEvent(event);
+}
+
 bool Switch::hitButton(const QPoint &position) const
 {
     return rect().contains(position);
@@ -62,7 +69,7 @@ void Switch::paintEvent(QPaintEvent *)
     painter.setRenderHint(QPainter::Antialiasing);
     const QRectF track = trackRect();
     const qreal radius = track.height() / 2;
-    if (hasFocus())
+    if (hasFocus() && m_showsFocusRing)
         drawFocusRing(painter, track, radius, m_colors.focusRing);
 
     const QRect label = QStyle::visualRect(

@@ -30,6 +30,7 @@ public:
     QSize minimumSizeHint() const override;
 
 protected:
+    void focusInEvent(QFocusEvent *event) override;
     bool hitButton(const QPoint &position) const override;
     void paintEvent(QPaintEvent *event) override;
 
@@ -37,6 +38,7 @@ private:
     QRect trackRect() const;
 
     SwitchColors m_colors;
+    bool m_showsFocusRing = true;
 };
 
 } // namespace ambrel

@@ -59,7 +59,7 @@ void BioText::showNextPiece()
 
     auto *const piece = new WrappedLabel(letters, this);
     piece->setShowsEverything(true);
-    piece->setAlignment(Qt::AlignLeft | Qt::AlignTop | Qt::AlignAbsolute);
+    piece->setAlignment(topLeftInEveryScript);
     styleText(*piece, theme::TextStyle::Body);
     m_pieces.append(piece);
     place(piece);

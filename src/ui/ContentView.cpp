@@ -2,6 +2,7 @@
 
 #include "toolkit/WindowControls.h"
 #include "ui/AmbrelBackground.h"
+#include "ui/ClearScrollArea.h"
 #include "ui/Divider.h"
 #include "ui/KeyboardScrolling.h"
 #include "ui/MainPanelView.h"
@@ -32,13 +33,9 @@ bool isInLayer(const QWidget *widget)
 QScrollArea *makeMainPanelArea(QWidget &parent)
 {
     auto *const area = new QScrollArea(&parent);
-    area->setFrameShape(QFrame::NoFrame);
     area->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     area->setWidgetResizable(true);
-    area->viewport()->setAutoFillBackground(false);
-    auto *const panel = new MainPanelView(area);
-    area->setWidget(panel);
-    panel->setAutoFillBackground(false); // the area would fill it
+    showThrough(*area, *new MainPanelView(area));
     enableKeyboardScrolling(*area);
     QObject::connect(qApp, &QApplication::focusChanged, area, [area](QWidget *before, QWidget *focused) {
         // What gets the focus back from a layer stays where the user has left it.

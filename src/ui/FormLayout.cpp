@@ -33,7 +33,7 @@ QLineEdit *makeTextField(const QString &placeholder, TextField field, QWidget &p
 WrappedLabel *makeCaption(const QString &text, QWidget &parent)
 {
     auto *const label = new WrappedLabel(text, &parent);
-    label->setAlignment(Qt::AlignLeft | Qt::AlignAbsolute | Qt::AlignTop);
+    label->setAlignment(topLeftInEveryScript);
     styleText(*label, theme::TextStyle::Caption, theme::secondaryText);
     return label;
 }

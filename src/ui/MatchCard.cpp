@@ -71,7 +71,7 @@ QLayout *MatchCard::makeSummary()
     auto *const texts = new QVBoxLayout;
     texts->setSpacing(theme::cardTextSpacing);
     for (ElidedLabel *const label : {m_name, m_heat, m_bio, m_score}) {
-        label->setAlignment(Qt::AlignLeft | Qt::AlignTop | Qt::AlignAbsolute); // in every script
+        label->setAlignment(topLeftInEveryScript);
         texts->addWidget(label);
     }
     texts->addStretch();

@@ -1,5 +1,6 @@
 #include "ui/PhotoStrip.h"
 
+#include "ui/ClearScrollArea.h"
 #include "ui/KeyboardScrolling.h"
 #include "ui/PhotoFrame.h"
 #include "ui/Theme.h"
@@ -17,10 +18,7 @@ PhotoStrip::PhotoStrip(QWidget *parent) : QScrollArea(parent), m_row(new QHBoxLa
     m_row->setSpacing(theme::thumbnailSpacing);
     m_row->setSizeConstraint(QLayout::SetFixedSize);
     m_row->setAlignment(Qt::AlignLeft | Qt::AlignTop);
-    setWidget(content);
-    content->setAutoFillBackground(false); // the area would fill it
-    viewport()->setAutoFillBackground(false);
-    setFrameShape(QFrame::NoFrame);
+    showThrough(*this, *content);
     setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     enableKeyboardScrolling(*this);

@@ -3,6 +3,7 @@
 #include "state/MatchProximity.h"
 #include "toolkit/WrappedLabel.h"
 #include "ui/BioText.h"
+#include "ui/ClearScrollArea.h"
 #include "ui/KeyboardScrolling.h"
 #include "ui/LargeProfilePhoto.h"
 #include "ui/MatchTexts.h"
@@ -25,7 +26,7 @@ WrappedLabel *makeLabel(QWidget *parent, theme::TextStyle style, const QColor &c
 {
     auto *const label = new WrappedLabel({}, parent);
     styleText(*label, style, color);
-    label->setAlignment(Qt::AlignLeft | Qt::AlignTop | Qt::AlignAbsolute); // in every script
+    label->setAlignment(topLeftInEveryScript);
     return label;
 }
 
@@ -34,12 +35,9 @@ WrappedLabel *makeLabel(QWidget *parent, theme::TextStyle style, const QColor &c
 ProfilePanel::ProfilePanel(QWidget *parent) : QWidget(parent), m_scrollArea(new QScrollArea(this))
 {
     setFixedWidth(theme::profilePanelWidth);
-    m_scrollArea->setFrameShape(QFrame::NoFrame);
     m_scrollArea->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     m_scrollArea->setWidgetResizable(true);
-    m_scrollArea->setWidget(makeContent());
-    m_scrollArea->widget()->setAutoFillBackground(false);
-    m_scrollArea->viewport()->setAutoFillBackground(false);
+    showThrough(*m_scrollArea, *makeContent());
     enableKeyboardScrolling(*m_scrollArea);
 
     auto *const layout = new QVBoxLayout(this);

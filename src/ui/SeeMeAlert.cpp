@@ -2,6 +2,7 @@
 
 #include "toolkit/WrappedLabel.h"
 #include "ui/AmbrelPrimaryButton.h"
+#include "ui/ClearScrollArea.h"
 #include "ui/Painting.h"
 #include "ui/TextStyling.h"
 
@@ -60,15 +61,12 @@ SeeMeAlert::SeeMeAlert(const QString &message, std::function<void()> onDismiss, 
     styleText(*m_heading, theme::TextStyle::Title2);
     m_heading->setAlignment(Qt::AlignCenter);
     m_messageArea = new QScrollArea(m_sheet);
-    m_messageArea->setFrameShape(QFrame::NoFrame);
     m_messageArea->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     m_messageArea->setWidgetResizable(true);
     m_messageArea->setFocusPolicy(Qt::NoFocus);
-    m_messageArea->viewport()->setAutoFillBackground(false);
     m_message = new WrappedLabel({}, m_messageArea);
     m_message->setAlignment(Qt::AlignHCenter | Qt::AlignTop);
-    m_messageArea->setWidget(m_message);
-    m_message->setAutoFillBackground(false); // the area would fill it
+    showThrough(*m_messageArea, *m_message);
     m_dismiss = new AmbrelPrimaryButton(QStringLiteral("Dismiss"), m_sheet);
     connect(m_dismiss, &QPushButton::clicked, this, [this] { m_onDismiss(); });
 

@@ -2,6 +2,7 @@
 
 #include "ui/AccountForm.h"
 #include "ui/AmbrelLogo.h"
+#include "ui/ClearScrollArea.h"
 #include "ui/Painting.h"
 #include "ui/ServerLocationForm.h"
 #include "ui/StatusLine.h"
@@ -75,11 +76,9 @@ void keepPadding(QVBoxLayout &column, QScrollArea &area)
 SidebarView::SidebarView(QWidget *parent) : QWidget(parent)
 {
     auto *const area = new QScrollArea(this);
-    area->setFrameShape(QFrame::NoFrame);
     area->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     area->setWidgetResizable(true);
     area->setFocusPolicy(Qt::NoFocus);
-    area->viewport()->setAutoFillBackground(false);
 
     // Made in reading order, which screen readers follow.
     auto *const content = new SidebarColumn(area);
@@ -94,8 +93,7 @@ SidebarView::SidebarView(QWidget *parent) : QWidget(parent)
     column->addWidget(m_serverLocation);
     column->addStretch();
     keepPadding(*column, *area);
-    area->setWidget(content);
-    content->setAutoFillBackground(false); // the area would fill it
+    showThrough(*area, *content);
 
     m_status = new StatusLine(this);
     auto *const foot = new QHBoxLayout; // owned by the whole

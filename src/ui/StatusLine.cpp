@@ -1,6 +1,7 @@
 #include "ui/StatusLine.h"
 
 #include "toolkit/WrappedLabel.h"
+#include "ui/ClearScrollArea.h"
 #include "ui/KeyboardScrolling.h"
 #include "ui/TextStyling.h"
 
@@ -12,15 +13,12 @@ namespace ambrel {
 
 StatusLine::StatusLine(QWidget *parent) : QScrollArea(parent), m_text(new WrappedLabel({}, this))
 {
-    m_text->setAlignment(Qt::AlignLeft | Qt::AlignAbsolute | Qt::AlignTop);
+    m_text->setAlignment(topLeftInEveryScript);
     styleText(*m_text, theme::TextStyle::Footnote, theme::secondaryText);
     m_text->setAccessibleDescription(QStringLiteral("Status"));
-    setFrameShape(QFrame::NoFrame);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setWidgetResizable(true);
-    viewport()->setAutoFillBackground(false);
-    setWidget(m_text);
-    m_text->setAutoFillBackground(false); // the area would fill it
+    showThrough(*this, *m_text);
     enableKeyboardScrolling(*this);
     fitText();
 }
