@@ -1,6 +1,9 @@
 #include "ui/Painting.h"
 
+#include <QPainterPath>
 #include <QRadialGradient>
+#include <QtMath>
+#include <algorithm>
 #include <cmath>
 
 namespace ambrel {
@@ -24,14 +27,83 @@ private:
     QPainter &m_painter;
 };
 
+// The toolkit hands 96 runs of pixels and more to its thread pool and waits until every one of those threads has had a
+// processor. So a rounded rectangle is drawn in parts of fewer runs: a line of pixels has one to three, more at a
+// corner.
+constexpr int straightLinesAtOnce = 30;
+constexpr int outlineLinesAtOnce = 8;
+
+/// Where the straight sides of a rounded rectangle are: from a first line of pixels up to a last one, without it.
+struct Sides
+{
+    QTransform toUnits;
+    int first;
+    int last;
+
+    bool areStraight() const { return first < last; }
+    /// The vertical place of a line of pixels.
+    qreal at(int line) const { return toUnits.map(QPointF(0, line)).y(); }
+    qreal top() const { return at(first); }
+    qreal bottom() const { return at(last); }
+};
+
+Sides sidesOf(const QPainter &painter, const QRectF &rect, qreal radius)
+{
+    const QTransform toPixels = painter.deviceTransform();
+    return {.toUnits = toPixels.inverted(),
+            .first = qCeil(toPixels.map(QPointF(0, rect.top() + radius)).y()),
+            .last = qFloor(toPixels.map(QPointF(0, rect.bottom() - radius)).y())};
+}
+
+void fillBetween(QPainter &painter, qreal left, qreal right, const Sides &sides, const QBrush &brush)
+{
+    for (int line = sides.first; line < sides.last; line += straightLinesAtOnce) {
+        const int end = std::min(line + straightLinesAtOnce, sides.last);
+        painter.fillRect(QRectF(QPointF(left, sides.at(line)), QPointF(right, sides.at(end))), brush);
+    }
+}
+
+/// Shows of what `draw` draws in `rect` only what is above and below the straight sides, a few lines at a time.
+template <typename Draw>
+void drawEnds(QPainter &painter, const QRectF &rect, const Sides &sides, Draw draw)
+{
+    const auto drawBand = [&](int line) {
+        const PainterGuard guard(painter);
+        const QPointF topLeft(rect.left() - 1, sides.at(line));
+        const QPointF bottomRight(rect.right() + 1, sides.at(line + outlineLinesAtOnce));
+        painter.setClipRect(QRectF(topLeft, bottomRight), Qt::IntersectClip);
+        draw();
+    };
+    for (int line = sides.first; sides.at(line) > rect.top(); line -= outlineLinesAtOnce)
+        drawBand(line - outlineLinesAtOnce);
+    for (int line = sides.last; sides.at(line) < rect.bottom(); line += outlineLinesAtOnce)
+        drawBand(line);
+}
+
 } // namespace
 
-void fillRounded(QPainter &painter, const QRectF &rect, const QColor &color, qreal radius)
+void fillRounded(QPainter &painter, const QRectF &rect, const QBrush &brush, qreal radius)
 {
     const PainterGuard guard(painter);
     painter.setPen(Qt::NoPen);
-    painter.setBrush(color);
-    painter.drawRoundedRect(rect, radius, radius);
+    painter.setBrush(brush);
+    const Sides sides = sidesOf(painter, rect, radius);
+    if (!sides.areStraight()) {
+        painter.drawRoundedRect(rect, radius, radius);
+        return;
+    }
+    const qreal corner = 2 * radius;
+    QPainterPath upperEnd(QPointF(rect.left(), sides.top()));
+    upperEnd.arcTo(rect.left(), rect.top(), corner, corner, 180, -90);
+    upperEnd.arcTo(rect.right() - corner, rect.top(), corner, corner, 90, -90);
+    upperEnd.lineTo(rect.right(), sides.top());
+    painter.drawPath(upperEnd);
+    fillBetween(painter, rect.left(), rect.right(), sides, brush);
+    QPainterPath lowerEnd(QPointF(rect.right(), sides.bottom()));
+    lowerEnd.arcTo(rect.right() - corner, rect.bottom() - corner, corner, corner, 0, -90);
+    lowerEnd.arcTo(rect.left(), rect.bottom() - corner, corner, corner, -90, -90);
+    lowerEnd.lineTo(rect.left(), sides.bottom());
+    painter.drawPath(lowerEnd);
 }
 
 void strokeRounded(QPainter &painter, const QRectF &rect, const QColor &color, qreal width, qreal radius)
@@ -40,7 +112,17 @@ void strokeRounded(QPainter &painter, const QRectF &rect, const QColor &color, q
     const qreal inset = width / 2;
     painter.setPen(QPen(color, width));
     painter.setBrush(Qt::NoBrush);
-    painter.drawRoundedRect(rect.adjusted(inset, inset, -inset, -inset), radius - inset, radius - inset);
+    const auto drawWhole = [&] {
+        painter.drawRoundedRect(rect.adjusted(inset, inset, -inset, -inset), radius - inset, radius - inset);
+    };
+    const Sides sides = sidesOf(painter, rect, radius);
+    if (!sides.areStraight()) {
+        drawWhole();
+        return;
+    }
+    drawEnds(painter, rect, sides, drawWhole);
+    fillBetween(painter, rect.left(), rect.left() + width, sides, color);
+    fillBetween(painter, rect.right() - width, rect.right(), sides, color);
 }
 
 void strokeFocusRing(QPainter &painter, const QRectF &rect, const QColor &color, qreal radius)

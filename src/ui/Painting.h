@@ -7,10 +7,11 @@
 
 namespace ambrel {
 
-// What several views draw alike. Each call leaves the painter as it found it.
+// What several views draw alike. Each call leaves the painter as it found it. Rounded rectangles are drawn on the
+// calling thread alone, up to twice the size; the painter may be moved and scaled, not turned.
 
 /// Fills a rounded rectangle.
-void fillRounded(QPainter &painter, const QRectF &rect, const QColor &color, qreal radius = theme::cornerRadius);
+void fillRounded(QPainter &painter, const QRectF &rect, const QBrush &brush, qreal radius = theme::cornerRadius);
 
 /// Strokes a rounded rectangle `width` thick, wholly inside `rect`.
 void strokeRounded(QPainter &painter, const QRectF &rect, const QColor &color, qreal width = theme::hairline,

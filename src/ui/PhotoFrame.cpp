@@ -98,17 +98,21 @@ void PhotoFrame::paintEvent(QPaintEvent *)
 {
     orderPhoto(); // anew when the window has come to a screen of another scale
     QPainter painter(this);
-    fillRounded(painter, rect(), theme::photoFrame);
+    const bool isCovered = m_content == Content::Photo && !m_image.hasAlphaChannel();
+    if (!isCovered)
+        fillRounded(painter, rect(), theme::photoFrame);
     if (m_content == Content::Placeholder)
         paintPlaceholder(painter);
-    if (m_content != Content::Photo)
-        return;
+    else if (m_content == Content::Photo)
+        paintPhoto(painter);
+}
+
+void PhotoFrame::paintPhoto(QPainter &painter) const
+{
     QBrush brush(m_image);
     brush.setTransform(QTransform::fromScale(double(width()) / m_image.width(), double(height()) / m_image.height()));
-    painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(brush);
-    painter.drawRoundedRect(rect(), theme::cornerRadius, theme::cornerRadius);
+    painter.setRenderHint(QPainter::SmoothPixmapTransform);
+    fillRounded(painter, rect(), brush);
 }
 
 void PhotoFrame::paintPlaceholder(QPainter &painter) const

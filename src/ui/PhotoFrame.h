@@ -58,6 +58,7 @@ private:
     void setContent(Content content, const QImage &image = {});
     void updateAccessibleName();
     void paintPlaceholder(QPainter &painter) const;
+    void paintPhoto(QPainter &painter) const;
 
     const Placeholder m_placeholder;
     QString m_personId;
