@@ -20,7 +20,16 @@ public:
     ThreadClock &operator=(const ThreadClock &) = delete;
 
     /// Milliseconds since some moment.
-    double milliseconds() const { return wallMilliseconds() - waitedMilliseconds(); }
+    double milliseconds() const
+    {
+        double waited = 0;
+        double wall = 0;
+        do {
+            waited = waitedMilliseconds();
+            wall = wallMilliseconds();
+        } while (waitedMilliseconds() > waited); // the processor was taken away between the two
+        return wall - waited;
+    }
 
     static double wallMilliseconds() { return millisecondsOn(CLOCK_MONOTONIC); }
 
