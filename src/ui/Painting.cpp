@@ -55,6 +55,7 @@ Sides sidesOf(const QPainter &painter, const QRectF &rect, qreal radius)
             .last = qFloor(toPixels.map(QPointF(0, rect.bottom() - radius)).y())};
 }
 
+/// Fills what is between `left` and `right` as far down as the sides are straight.
 void fillBetween(QPainter &painter, qreal left, qreal right, const Sides &sides, const QBrush &brush)
 {
     for (int line = sides.first; line < sides.last; line += straightLinesAtOnce) {
@@ -92,16 +93,17 @@ void fillRounded(QPainter &painter, const QRectF &rect, const QBrush &brush, qre
         painter.drawRoundedRect(rect, radius, radius);
         return;
     }
-    const qreal corner = 2 * radius;
+    const qreal height = 2 * radius;
+    const qreal width = std::min(height, rect.width());
     QPainterPath upperEnd(QPointF(rect.left(), sides.top()));
-    upperEnd.arcTo(rect.left(), rect.top(), corner, corner, 180, -90);
-    upperEnd.arcTo(rect.right() - corner, rect.top(), corner, corner, 90, -90);
+    upperEnd.arcTo(rect.left(), rect.top(), width, height, 180, -90);
+    upperEnd.arcTo(rect.right() - width, rect.top(), width, height, 90, -90);
     upperEnd.lineTo(rect.right(), sides.top());
     painter.drawPath(upperEnd);
     fillBetween(painter, rect.left(), rect.right(), sides, brush);
     QPainterPath lowerEnd(QPointF(rect.right(), sides.bottom()));
-    lowerEnd.arcTo(rect.right() - corner, rect.bottom() - corner, corner, corner, 0, -90);
-    lowerEnd.arcTo(rect.left(), rect.bottom() - corner, corner, corner, -90, -90);
+    lowerEnd.arcTo(rect.right() - width, rect.bottom() - height, width, height, 0, -90);
+    lowerEnd.arcTo(rect.left(), rect.bottom() - height, width, height, -90, -90);
     lowerEnd.lineTo(rect.left(), sides.bottom());
     painter.drawPath(lowerEnd);
 }
@@ -115,7 +117,7 @@ void strokeRounded(QPainter &painter, const QRectF &rect, const QColor &color, q
     const auto drawWhole = [&] {
         painter.drawRoundedRect(rect.adjusted(inset, inset, -inset, -inset), radius - inset, radius - inset);
     };
-    const Sides sides = sidesOf(painter, rect, radius);
+    const Sides sides = sidesOf(painter, rect, std::max(radius, width));
     if (!sides.areStraight()) {
         drawWhole();
         return;

@@ -7,13 +7,13 @@
 
 namespace ambrel {
 
-// What several views draw alike. Each call leaves the painter as it found it. Rounded rectangles are drawn on the
-// calling thread alone, up to twice the size; the painter may be moved and scaled, not turned.
+// What several views draw alike. Each call leaves the painter as it found it. Rounded rectangles with straight sides
+// are drawn on the calling thread alone, up to a scale of two; the painter may be moved and scaled, not turned.
 
 /// Fills a rounded rectangle.
 void fillRounded(QPainter &painter, const QRectF &rect, const QBrush &brush, qreal radius = theme::cornerRadius);
 
-/// Strokes a rounded rectangle `width` thick, wholly inside `rect`.
+/// Strokes a rounded rectangle `width` thick, wholly inside `rect`, which is at least twice as wide.
 void strokeRounded(QPainter &painter, const QRectF &rect, const QColor &color, qreal width = theme::hairline,
                    qreal radius = theme::cornerRadius);
 
