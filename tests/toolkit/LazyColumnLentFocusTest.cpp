@@ -1,4 +1,5 @@
 // What a column does while its focus is lent to a popup or to a layer that covers it, and who has it afterwards.
+#include "support/Names.h"
 #include "toolkit/PeopleColumn.h"
 
 using namespace ambrel;
@@ -50,12 +51,6 @@ private:
     }
     auto *row(const QString &name) const { return m_window->row(name); }
 
-    const QString ana = QStringLiteral("Ana");
-    const QString ben = QStringLiteral("Ben");
-    const QString cleo = QStringLiteral("Cleo");
-    const QString dan = QStringLiteral("Dan");
-    const QString eve = QStringLiteral("Eve");
-    const QString fay = QStringLiteral("Fay");
     std::unique_ptr<People> m_people;
     std::unique_ptr<PeopleWindow> m_window;
 };

@@ -1,4 +1,5 @@
 // Where the focus is while the alert or the flash covers the window, and where it is afterwards.
+#include "support/Names.h"
 #include "toolkit/LazyColumn.h"
 #include "ui/ContentView.h"
 #include "ui/CoveringLayer.h"
@@ -87,13 +88,6 @@ public:
 private:
     bool m_isAlert = false;
 };
-
-const QString ana = QStringLiteral("Ana");
-const QString ben = QStringLiteral("Ben");
-const QString cleo = QStringLiteral("Cleo");
-const QString dan = QStringLiteral("Dan");
-const QString eve = QStringLiteral("Eve");
-const QString fay = QStringLiteral("Fay");
 
 } // namespace
 
