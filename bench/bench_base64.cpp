@@ -1,9 +1,9 @@
 // Strict base64 decoding of a photo's text, beside the toolkit's decoder on the same text.
 
+#include "model/Base64.h"
 #include "support/Interleaved.h"
 #include "support/Noise.h"
 #include "support/Row.h"
-#include "ui/Base64.h"
 
 #include <algorithm>
 #include <cstdio>

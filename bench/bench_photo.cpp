@@ -1,10 +1,10 @@
 // A photo's text to the pixels that are drawn, beside libjpeg-turbo's own scaled decode of the same file.
 
+#include "model/Base64.h"
 #include "support/CheckReplies.h"
 #include "support/Interleaved.h"
 #include "support/Row.h"
-#include "ui/Base64.h"
-#include "ui/DataUrlImage.h"
+#include "ui/profile/DataUrlImage.h"
 
 #include <cmath>
 #include <cstdio>

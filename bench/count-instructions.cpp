@@ -6,7 +6,7 @@
 #include "support/CheckReplies.h"
 #include "support/LiveWindow.h"
 #include "support/ReplyServer.h"
-#include "ui/DataUrlImage.h"
+#include "ui/profile/DataUrlImage.h"
 
 #include <QApplication>
 #include <valgrind/callgrind.h>

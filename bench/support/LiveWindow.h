@@ -1,10 +1,10 @@
 #pragma once
 
 #include "state/StateFixture.h"
-#include "ui/AmbrelStyle.h"
-#include "ui/ContentView.h"
-#include "ui/Theme.h"
-#include "ui/ViewEnvironment.h"
+#include "ui/look/AmbrelStyle.h"
+#include "ui/look/Theme.h"
+#include "ui/window/ContentView.h"
+#include "ui/window/ViewEnvironment.h"
 
 #include <QEventLoop>
 #include <QVBoxLayout>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ui/AmbrelMacApp.h"
+#include "ui/window/AmbrelMacApp.h"
 
 #include <QAbstractButton>
 #include <QSettings>

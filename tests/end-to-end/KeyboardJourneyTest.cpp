@@ -1,6 +1,6 @@
 #include "Person.h"
 #include "local-server/LocalServer.h"
-#include "ui/AmbrelMacApp.h"
+#include "ui/window/AmbrelMacApp.h"
 
 #include <QSettings>
 #include <QTemporaryDir>

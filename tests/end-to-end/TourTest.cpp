@@ -1,6 +1,6 @@
 #include "LocalServerProcess.h"
 #include "Person.h"
-#include "ui/AmbrelMacApp.h"
+#include "ui/window/AmbrelMacApp.h"
 
 #include <QSettings>
 #include <QTemporaryDir>

@@ -1,12 +1,12 @@
 #include "gallery/GoldenImages.h"
 #include "gallery/SceneWindow.h"
 #include "toolkit/LazyColumn.h"
-#include "ui/AmbrelLogo.h"
-#include "ui/MatchCard.h"
-#include "ui/ProfilePanel.h"
-#include "ui/SeeMeAlert.h"
-#include "ui/SidebarView.h"
-#include "ui/WarmthMeter.h"
+#include "ui/layers/SeeMeAlert.h"
+#include "ui/look/AmbrelLogo.h"
+#include "ui/people/MatchCard.h"
+#include "ui/people/WarmthMeter.h"
+#include "ui/profile/ProfilePanel.h"
+#include "ui/sidebar/SidebarView.h"
 
 #include <QDir>
 #include <QPainter>

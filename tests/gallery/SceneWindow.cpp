@@ -1,7 +1,7 @@
 #include "gallery/SceneWindow.h"
 
-#include "ui/PhotoFrame.h"
-#include "ui/ViewEnvironment.h"
+#include "ui/profile/PhotoFrame.h"
+#include "ui/window/ViewEnvironment.h"
 
 #include <QCursor>
 #include <QSettings>

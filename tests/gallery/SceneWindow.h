@@ -1,7 +1,7 @@
 #pragma once
 
 #include "gallery/Scene.h"
-#include "ui/AmbrelMacApp.h"
+#include "ui/window/AmbrelMacApp.h"
 
 #include <QImage>
 #include <QRect>

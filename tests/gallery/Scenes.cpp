@@ -1,9 +1,9 @@
 #include "gallery/Scene.h"
 
 #include "gallery/SceneMatches.h"
-#include "ui/AmbrelLogo.h"
-#include "ui/MatchCard.h"
-#include "ui/SeeMeFlashOverlay.h"
+#include "ui/layers/SeeMeFlashOverlay.h"
+#include "ui/look/AmbrelLogo.h"
+#include "ui/people/MatchCard.h"
 
 #include <QAbstractButton>
 #include <QLineEdit>

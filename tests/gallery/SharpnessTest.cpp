@@ -1,9 +1,9 @@
 #include "gallery/SceneWindow.h"
-#include "ui/AmbrelLogo.h"
-#include "ui/LargeProfilePhoto.h"
-#include "ui/LivePill.h"
-#include "ui/SidebarView.h"
-#include "ui/WarmthMeter.h"
+#include "ui/look/AmbrelLogo.h"
+#include "ui/people/LivePill.h"
+#include "ui/people/WarmthMeter.h"
+#include "ui/profile/LargeProfilePhoto.h"
+#include "ui/sidebar/SidebarView.h"
 
 #include <QLabel>
 #include <QTest>

@@ -2,7 +2,7 @@
 
 #include "model/ResponseRecords.h"
 #include "support/DrawnPhoto.h"
-#include "ui/PhotoFrame.h"
+#include "ui/profile/PhotoFrame.h"
 
 #include <QAccessible>
 #include <QWidget>

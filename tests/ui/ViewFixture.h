@@ -1,8 +1,8 @@
 #pragma once
 
 #include "state/StateFixture.h"
-#include "ui/AmbrelStyle.h"
-#include "ui/ViewEnvironment.h"
+#include "ui/look/AmbrelStyle.h"
+#include "ui/window/ViewEnvironment.h"
 
 #include <QAbstractButton>
 #include <QPointer>

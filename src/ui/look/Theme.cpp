@@ -1,0 +1,100 @@
+#include "ui/look/Theme.h"
+
+#include <QApplication>
+#include <QFontDatabase>
+#include <algorithm>
+#include <array>
+#include <utility>
+
+namespace ambrel::theme {
+
+namespace {
+
+struct TypeSize
+{
+    TextStyle style;
+    int pixelSize;
+    QFont::Weight weight;
+};
+
+constexpr std::array typeScale{
+    TypeSize{TextStyle::LargeTitle, 28, QFont::Bold},  TypeSize{TextStyle::Title, 22, QFont::Bold},
+    TypeSize{TextStyle::Title2, 18, QFont::Bold},      TypeSize{TextStyle::Headline, 14, QFont::DemiBold},
+    TypeSize{TextStyle::Body, 14, QFont::Normal},      TypeSize{TextStyle::Footnote, 12, QFont::Normal},
+    TypeSize{TextStyle::Caption, 12, QFont::Normal},   TypeSize{TextStyle::CaptionBold, 12, QFont::Bold},
+    TypeSize{TextStyle::Caption2, 11, QFont::Normal},  TypeSize{TextStyle::Wordmark, 30, QFont::Black},
+    TypeSize{TextStyle::FlashTitle, 52, QFont::Black},
+};
+
+bool hasHeavyWeights(const QString &family)
+{
+    const QStringList styles = QFontDatabase::styles(family);
+    return std::any_of(styles.begin(), styles.end(), [&family](const QString &style) {
+        return QFontDatabase::weight(family, style) >= QFont::ExtraBold;
+    });
+}
+
+/// The desktop's family, or one that can draw the wordmark truly black. A generic name ("Sans Serif") has no weights of
+/// its own; to ask which family stands behind it would load a font that is not shown.
+QString chooseFamily()
+{
+    QString desktopFamily = QApplication::font().family();
+    for (const QString &family : {desktopFamily, QStringLiteral("Inter"), QStringLiteral("Noto Sans")}) {
+        if (hasHeavyWeights(family))
+            return family;
+    }
+    return desktopFamily;
+}
+
+} // namespace
+
+QFont font(TextStyle style)
+{
+    static const QString family = chooseFamily();
+    const auto *const entry = std::find_if(typeScale.begin(), typeScale.end(),
+                                           [style](const TypeSize &candidate) { return candidate.style == style; });
+    QFont font = QApplication::font();
+    font.setFamilies({family, QStringLiteral("Noto Color Emoji")}); // or some emoji come in black and white
+    font.setStyleName(QString());                                   // a desktop's style name would win over the weight
+    font.setItalic(false);
+    font.setPixelSize(entry->pixelSize);
+    font.setWeight(entry->weight);
+    return font;
+}
+
+QPalette palette()
+{
+    const QColor window = QColor(252, 240, 229);
+    const std::pair<QPalette::ColorRole, QColor> roles[] = {
+        {QPalette::Window, window},
+        {QPalette::WindowText, primaryText},
+        {QPalette::Base, fieldBackground},
+        {QPalette::AlternateBase, ambrelCream},
+        {QPalette::Text, primaryText},
+        {QPalette::PlaceholderText, placeholderText},
+        {QPalette::Button, ambrelCream},
+        {QPalette::ButtonText, primaryText},
+        {QPalette::BrightText, Qt::white},
+        {QPalette::ToolTipBase, ambrelCream},
+        {QPalette::ToolTipText, primaryText},
+        {QPalette::Highlight, ambrelRed},
+        {QPalette::HighlightedText, Qt::white},
+        {QPalette::Link, secondaryButtonLabel},
+        {QPalette::LinkVisited, secondaryButtonLabel},
+        {QPalette::Light, Qt::white},
+        {QPalette::Midlight, ambrelCream},
+        {QPalette::Mid, QColor(214, 196, 184)},
+        {QPalette::Dark, QColor(176, 156, 145)},
+        {QPalette::Shadow, QColor(96, 78, 70)},
+    };
+    QPalette palette;
+    for (const auto &[role, color] : roles) {
+        for (const auto group : {QPalette::Active, QPalette::Inactive, QPalette::Disabled})
+            palette.setColor(group, role, color);
+    }
+    for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
+        palette.setColor(QPalette::Disabled, role, placeholderText);
+    return palette;
+}
+
+} // namespace ambrel::theme

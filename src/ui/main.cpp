@@ -1,8 +1,0 @@
-#include "ui/AmbrelMacApp.h"
-
-int main(int argc, char **argv)
-{
-    ambrel::AmbrelMacApp application(argc, argv);
-    const auto window = application.openWindow();
-    return QApplication::exec();
-}

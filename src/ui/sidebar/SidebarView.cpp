@@ -1,0 +1,144 @@
+#include "ui/sidebar/SidebarView.h"
+
+#include "toolkit/ClearScrollArea.h"
+#include "ui/look/AmbrelLogo.h"
+#include "ui/look/Painting.h"
+#include "ui/look/TextStyling.h"
+#include "ui/sidebar/AccountForm.h"
+#include "ui/sidebar/ServerLocationForm.h"
+#include "ui/sidebar/StatusLine.h"
+#include "ui/window/ViewEnvironment.h"
+
+#include <QBoxLayout>
+#include <QLabel>
+#include <QScrollArea>
+#include <QScrollBar>
+
+namespace ambrel {
+
+namespace {
+
+/// What scrolls: the brand and the forms. It draws the shadow that the mark casts on it.
+class SidebarColumn : public QWidget
+{
+public:
+    explicit SidebarColumn(QWidget *parent)
+        : QWidget(parent), m_logo(new AmbrelLogo(theme::sidebarLogoSize, false, this))
+    {
+    }
+
+    QHBoxLayout *makeHeader()
+    {
+        auto *const name = new QLabel(QStringLiteral("Ambrel"), this);
+        styleText(*name, theme::TextStyle::Wordmark);
+        auto *const tagline = new QLabel(QStringLiteral("Dating IRL"), this);
+        styleText(*tagline, theme::TextStyle::Body, theme::secondaryText);
+
+        auto *const lines = new QVBoxLayout; // owned by the header
+        lines->setSpacing(theme::sidebarTitleSpacing);
+        lines->addWidget(name);
+        lines->addWidget(tagline);
+        auto *const header = new QHBoxLayout; // owned by the column
+        header->setSpacing(theme::sidebarHeaderSpacing);
+        header->addWidget(m_logo);
+        header->addLayout(lines);
+        header->addStretch();
+        return header;
+    }
+
+protected:
+    void paintEvent(QPaintEvent *) override
+    {
+        QPainter painter(this);
+        m_logo->paintShadow(painter);
+    }
+
+private:
+    AmbrelLogo *const m_logo;
+};
+
+/// Keeps the column as wide as it is while a scroll bar takes some of its right padding.
+void keepPadding(QVBoxLayout &column, QScrollArea &area)
+{
+    const auto *const bar = area.verticalScrollBar();
+    const auto setPadding = [&column](int barThickness) {
+        const int padding = theme::sidebarPadding;
+        column.setContentsMargins(padding, padding, padding - barThickness, 0);
+    };
+    setPadding(0);
+    QObject::connect(bar, &QScrollBar::rangeChanged, &area, [setPadding](int minimum, int maximum) {
+        setPadding(maximum > minimum ? theme::scrollBarThickness : 0);
+    });
+}
+
+} // namespace
+
+SidebarView::SidebarView(QWidget *parent) : QWidget(parent)
+{
+    auto *const area = new QScrollArea(this);
+    area->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    area->setWidgetResizable(true);
+    area->setFocusPolicy(Qt::NoFocus);
+
+    // Made in reading order, which screen readers follow.
+    auto *const content = new SidebarColumn(area);
+    auto *const header = content->makeHeader();
+    m_account = new AccountForm(content);
+    m_serverLocation = new ServerLocationForm(content);
+
+    auto *const column = new QVBoxLayout(content);
+    column->setSpacing(theme::sidebarSpacing);
+    column->addLayout(header);
+    column->addWidget(m_account);
+    column->addWidget(m_serverLocation);
+    column->addStretch();
+    keepPadding(*column, *area);
+    showThrough(*area, *content);
+
+    m_status = new StatusLine(this);
+    auto *const foot = new QHBoxLayout; // owned by the whole
+    foot->setContentsMargins(theme::sidebarPadding, theme::sidebarSpacing, theme::sidebarPadding,
+                             theme::sidebarPadding);
+    foot->addWidget(m_status);
+    auto *const whole = new QVBoxLayout(this);
+    whole->setContentsMargins(0, 0, 0, 0);
+    whole->setSpacing(0);
+    whole->addWidget(area);
+    whole->addLayout(foot);
+    setFixedWidth(theme::sidebarWidth);
+
+    connect(&ViewEnvironment::of(*this), &ViewEnvironment::stateDidChange, this, &SidebarView::refresh);
+    refresh();
+}
+
+void SidebarView::refresh()
+{
+    const auto &state = ViewEnvironment::of(*this).state();
+    showBusy(state);
+    m_status->setText(state.statusText);
+}
+
+void SidebarView::showBusy(const AmbrelAppState &state)
+{
+    // A button that is disabled loses the focus; it gets it back unless the user has gone elsewhere meanwhile.
+    const QPointer<QWidget> before = window()->focusWidget();
+    m_account->setBusy(state.isBusy);
+    m_serverLocation->refresh(state);
+    QWidget *const after = window()->focusWidget();
+    if (state.isBusy && before && before != after) {
+        m_focusBeforeBusy = before;
+        m_focusWhileBusy = after;
+    } else if (!state.isBusy && m_focusBeforeBusy) {
+        if (after == m_focusWhileBusy)
+            m_focusBeforeBusy->setFocus();
+        m_focusBeforeBusy.clear();
+    }
+}
+
+void SidebarView::paintEvent(QPaintEvent *)
+{
+    QPainter painter(this);
+    fillRounded(painter, rect(), theme::regularMaterial);
+}
+
+} // namespace ambrel

@@ -1,0 +1,81 @@
+#include "ui/window/AmbrelMacApp.h"
+
+#include "state/AmbrelAppState.h"
+#include "toolkit/AccessibleRole.h"
+#include "toolkit/ClientSideFrame.h"
+#include "toolkit/ReducedMotion.h"
+#include "ui/look/AmbrelLogo.h"
+#include "ui/look/AmbrelStyle.h"
+#include "ui/look/Theme.h"
+#include "ui/window/ContentView.h"
+#include "ui/window/ViewEnvironment.h"
+
+#include <QIcon>
+#include <QLoggingCategory>
+#include <QPainter>
+#include <QScreen>
+#include <QTimer>
+#include <QVBoxLayout>
+#include <clocale>
+
+namespace ambrel {
+
+namespace {
+
+QIcon markAsIcon()
+{
+    constexpr int size = 128;
+    QPixmap picture(size, size);
+    picture.fill(Qt::transparent);
+    QPainter painter(&picture);
+    AmbrelLogo::paint(painter, size, false);
+    return {picture};
+}
+
+QRect comfortableGeometry(const QScreen &screen)
+{
+    const QRect available = screen.availableGeometry();
+    QRect geometry(QPoint(), theme::windowComfortableSize.boundedTo(available.size()));
+    geometry.moveCenter(available.center());
+    return geometry;
+}
+
+} // namespace
+
+AmbrelMacApp::AmbrelMacApp(int &argc, char **argv) : QApplication(argc, argv)
+{
+    std::setlocale(LC_NUMERIC, "C"); // NOLINT: no other thread yet; undoes the user's decimal comma
+    setOrganizationName(QStringLiteral("Ambrel"));
+    setApplicationName(QStringLiteral("Ambrel"));
+    setDesktopFileName(QStringLiteral("ambrel"));
+    setWindowIcon(markAsIcon());
+    QLoggingCategory::setFilterRules(QStringLiteral("qt.gui.imageio*=false")); // a broken photo is shown as locked
+    AmbrelStyle::install();
+    m_state = AmbrelAppState::create(m_sound);
+}
+
+AmbrelMacApp::~AmbrelMacApp()
+{
+    m_state->shutDown();
+    processEvents(); // what sleeps wakes up and ends
+}
+
+std::unique_ptr<QWidget> AmbrelMacApp::openWindow()
+{
+    auto window = std::make_unique<QWidget>();
+    setAccessibleRole(*window, QAccessible::Window);
+    window->setWindowTitle(QStringLiteral("Ambrel"));
+    window->setMinimumSize(theme::windowMinimumSize);
+    window->setGeometry(comfortableGeometry(*primaryScreen()));
+    new ClientSideFrame(*window); // owned by the window
+    ViewEnvironment::inject(*window, m_state);
+
+    auto *const layout = new QVBoxLayout(window.get());
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(new ContentView(window.get()));
+    window->show();
+    QTimer::singleShot(0, window.get(), watchReducedMotion); // after the first frame
+    return window;
+}
+
+} // namespace ambrel

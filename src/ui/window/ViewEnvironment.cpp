@@ -1,0 +1,40 @@
+#include "ui/window/ViewEnvironment.h"
+
+#include <QMetaObject>
+
+namespace ambrel {
+
+ViewEnvironment &ViewEnvironment::inject(QWidget &root, std::shared_ptr<AmbrelAppState> state)
+{
+    return *new ViewEnvironment(root, std::move(state)); // owned by root
+}
+
+ViewEnvironment &ViewEnvironment::of(const QWidget &view)
+{
+    for (const QWidget *ancestor = &view; ancestor; ancestor = ancestor->parentWidget()) {
+        if (auto *const environment = ancestor->findChild<ViewEnvironment *>(QString(), Qt::FindDirectChildrenOnly))
+            return *environment;
+    }
+    qFatal("%s stands in no view environment", view.metaObject()->className());
+}
+
+ViewEnvironment::ViewEnvironment(QWidget &root, std::shared_ptr<AmbrelAppState> state)
+    : QObject(&root), m_state(std::move(state))
+{
+    connect(m_state.get(), &AmbrelAppState::objectWillChange, this, &ViewEnvironment::scheduleRefresh);
+}
+
+void ViewEnvironment::scheduleRefresh()
+{
+    if (std::exchange(m_isRefreshScheduled, true))
+        return;
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            m_isRefreshScheduled = false;
+            Q_EMIT stateDidChange();
+        },
+        Qt::QueuedConnection);
+}
+
+} // namespace ambrel

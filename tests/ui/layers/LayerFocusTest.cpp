@@ -1,0 +1,294 @@
+// Where the focus is while the alert or the flash covers the window, and where it is afterwards.
+#include "support/Names.h"
+#include "toolkit/LazyColumn.h"
+#include "ui/HeldKey.h"
+#include "ui/MatchViews.h"
+#include "ui/ViewFixture.h"
+#include "ui/layers/CoveringLayer.h"
+#include "ui/people/MatchCard.h"
+#include "ui/window/ContentView.h"
+
+#include <QLineEdit>
+#include <QScrollBar>
+
+using namespace ambrel;
+
+namespace {
+
+/// The window, wide enough for all of it, with matches, and with one of the two layers.
+class Covered : public ViewFixture<ContentView>
+{
+public:
+    Covered() : ViewFixture({1280, 860})
+    {
+        QFETCH_GLOBAL(bool, isAlert);
+        m_isAlert = isAlert;
+    }
+
+    void list(const QStringList &names)
+    {
+        QList<MatchResult> matches;
+        for (const QString &name : names)
+            matches.append(person(name));
+        state().matches = matches;
+        refresh();
+    }
+    QStringList listed()
+    {
+        QStringList names;
+        for (const MatchResult &match : state().matches.value())
+            names.append(match.displayName);
+        return names;
+    }
+    void cover()
+    {
+        if (m_isAlert)
+            state().incomingSeeMe = SeeMeMessage{.id = QStringLiteral("1"),
+                                                 .fromUserId = QStringLiteral("ana"),
+                                                 .toUserId = QStringLiteral("sam"),
+                                                 .body = QStringLiteral("Hi"),
+                                                 .createdAt = std::nullopt};
+        else
+            state().showSeeMeFlash = true;
+        refresh();
+    }
+    void uncover()
+    {
+        state().incomingSeeMe = std::nullopt;
+        state().showSeeMeFlash = false;
+        refresh();
+    }
+    bool isCovered() { return state().incomingSeeMe.value() || state().showSeeMeFlash; }
+    bool isFocusInLayer()
+    {
+        for (const QWidget *widget = QApplication::focusWidget(); widget; widget = widget->parentWidget()) {
+            if (qobject_cast<const CoveringLayer *>(widget))
+                return true;
+        }
+        return false;
+    }
+    LazyColumn &column() { return *view->findChild<LazyColumn *>(); }
+    MatchCard *card(const QString &name)
+    {
+        for (auto *const card : column().viewport()->findChildren<MatchCard *>(Qt::FindDirectChildrenOnly)) {
+            if (!card->isHidden() && card->accessibleName() == name)
+                return card;
+        }
+        return nullptr;
+    }
+    QAbstractButton *dismissOf(const QString &name)
+    {
+        for (auto *const button : card(name)->findChildren<QAbstractButton *>()) {
+            if (button->text() == QStringLiteral("Dismiss"))
+                return button;
+        }
+        return nullptr;
+    }
+
+private:
+    bool m_isAlert = false;
+};
+
+} // namespace
+
+class LayerFocusTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase_data();
+    void initTestCase() { AmbrelStyle::install(); }
+
+    void comesBackToTheSamePersonsButton();
+    void comesToTheHeirWhenThePersonHasGone_data();
+    void comesToTheHeirWhenThePersonHasGone();
+    void comesToTheListWhenItHasBecomeEmpty();
+    void comesBackWithoutScrollingTheListOrThePanel();
+    void comesBackWithTheRingThatItHad_data();
+    void comesBackWithTheRingThatItHad();
+    void comesBackToAFieldWithItsSelection();
+    void nothingBeneathTakesIt();
+    void aButtonThatIsHeldDownIsLetGo();
+    void aHeldEnterDismissesNothing();
+};
+
+void LayerFocusTest::initTestCase_data()
+{
+    QTest::addColumn<bool>("isAlert");
+    QTest::newRow("alert") << true;
+    QTest::newRow("flash") << false;
+}
+
+void LayerFocusTest::comesBackToTheSamePersonsButton()
+{
+    Covered content;
+    content.list({ana, ben, cleo, dan});
+    const QPointer<QAbstractButton> dismiss = content.dismissOf(ben);
+    dismiss->setFocus(Qt::ShortcutFocusReason);
+    content.cover();
+    content.list({eve, fay, cleo, dan, ben});
+    content.list({fay, cleo, ana, dan, ben});
+    QVERIFY(content.isFocusInLayer());
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);
+    QTRY_VERIFY(content.dismissOf(ben)->hasFocus());
+    QCOMPARE(content.dismissOf(ben), dismiss.data());
+}
+
+void LayerFocusTest::comesToTheHeirWhenThePersonHasGone_data()
+{
+    QTest::addColumn<bool>("isWindowActive");
+    QTest::newRow("in the active window") << true;
+    QTest::newRow("in the background") << false;
+}
+
+void LayerFocusTest::comesToTheHeirWhenThePersonHasGone()
+{
+    QFETCH(bool, isWindowActive);
+    Covered content;
+    content.list({ana, ben, cleo, dan});
+    content.dismissOf(ben)->setFocus(Qt::ShortcutFocusReason);
+    QWidget other;
+    if (!isWindowActive) {
+        other.show();
+        other.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&other));
+    }
+    content.cover();
+    content.list({ana, cleo, dan, eve, fay});
+    content.uncover();
+    content.window.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&content.window));
+    QTRY_VERIFY(content.card(cleo)->hasFocus());
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Space);
+    content.refresh();
+    QCOMPARE(content.listed(), QStringList({ana, cleo, dan, eve, fay}));
+    QCOMPARE(content.state().selectedMatch.value()->displayName, cleo);
+}
+
+void LayerFocusTest::comesToTheListWhenItHasBecomeEmpty()
+{
+    Covered content;
+    content.list({ana, ben});
+    content.dismissOf(ben)->setFocus(Qt::ShortcutFocusReason);
+    content.cover();
+    content.list({});
+    content.uncover();
+    QVERIFY(content.column().hasFocus());
+    content.list({eve});
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    QVERIFY(content.card(eve)->hasFocus());
+}
+
+void LayerFocusTest::comesBackWithoutScrollingTheListOrThePanel()
+{
+    Covered content;
+    content.window.resize(980, 680);
+    QStringList crowd;
+    for (int i = 0; i < 50; ++i)
+        crowd << QStringLiteral("Person %1").arg(i);
+    content.list(crowd);
+    auto *const panelArea = qobject_cast<QAbstractScrollArea *>(
+        content.column().parentWidget()->parentWidget()->parentWidget()->parentWidget());
+    QTRY_VERIFY(panelArea->horizontalScrollBar()->maximum() > 100);
+    QTest::mouseClick(content.card(crowd[0]), Qt::LeftButton, {}, {20, 5});
+    QVERIFY(content.card(crowd[0])->hasFocus());
+    content.column().verticalScrollBar()->setValue(1'000);
+    panelArea->horizontalScrollBar()->setValue(panelArea->horizontalScrollBar()->maximum());
+
+    content.cover();
+    content.uncover();
+    QVERIFY(content.card(crowd[0])->hasFocus());
+    QCOMPARE(content.column().verticalScrollBar()->value(), 1'000);
+    QCOMPARE(panelArea->horizontalScrollBar()->value(), panelArea->horizontalScrollBar()->maximum());
+}
+
+void LayerFocusTest::comesBackWithTheRingThatItHad_data()
+{
+    QTest::addColumn<Qt::FocusReason>("reason");
+    QTest::newRow("none after a click") << Qt::MouseFocusReason;
+    QTest::newRow("one after Tab") << Qt::TabFocusReason;
+}
+
+void LayerFocusTest::comesBackWithTheRingThatItHad()
+{
+    QFETCH(Qt::FocusReason, reason);
+    Covered content;
+    content.list({ana, ben, cleo});
+    for (QWidget *const widget :
+         {static_cast<QWidget *>(content.card(ana)), static_cast<QWidget *>(content.dismissOf(ana))}) {
+        widget->setFocus(reason);
+        const QImage before = content.card(ana)->grab().toImage();
+        content.cover();
+        content.uncover();
+        QVERIFY(widget->hasFocus());
+        QCOMPARE(content.card(ana)->grab().toImage(), before);
+    }
+}
+
+void LayerFocusTest::comesBackToAFieldWithItsSelection()
+{
+    Covered content;
+    auto *const email = content.named<QLineEdit>(QStringLiteral("Email"));
+    email->setFocus();
+    QTest::keyClicks(email, QStringLiteral("sam@example.org"));
+    email->setSelection(0, 3);
+    content.cover();
+    QVERIFY(!email->hasFocus());
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);
+    QTRY_VERIFY(email->hasFocus());
+    QCOMPARE(email->selectedText(), QStringLiteral("sam"));
+}
+
+void LayerFocusTest::nothingBeneathTakesIt()
+{
+    Covered content;
+    content.list({ana, ben});
+    auto *const email = content.named<QLineEdit>(QStringLiteral("Email"));
+    content.dismissOf(ben)->setFocus();
+    content.cover();
+    for (QWidget *const widget : {static_cast<QWidget *>(email), static_cast<QWidget *>(content.card(ana))}) {
+        widget->setFocus();
+        QVERIFY(content.isFocusInLayer());
+    }
+    QTest::keyClicks(QApplication::focusWidget(), QStringLiteral("x"));
+    QCOMPARE(email->text(), QString());
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);
+    content.refresh();
+    QVERIFY(!content.isCovered());
+}
+
+void LayerFocusTest::aButtonThatIsHeldDownIsLetGo()
+{
+    Covered content;
+    content.list({ana, ben});
+    auto *const dismiss = content.dismissOf(ana);
+    dismiss->setFocus();
+    QTest::keyPress(dismiss, Qt::Key_Space);
+    QVERIFY(dismiss->isDown());
+    content.cover();
+    QVERIFY(!dismiss->isDown());
+    QTest::keyRelease(QApplication::focusWidget(), Qt::Key_Space);
+    content.uncover();
+    QTest::keyRelease(dismiss, Qt::Key_Space);
+    content.refresh();
+    QCOMPARE(content.listed(), QStringList({ana, ben}));
+}
+
+void LayerFocusTest::aHeldEnterDismissesNothing()
+{
+    Covered content;
+    content.cover();
+    for (const auto key : {Qt::Key_Return, Qt::Key_Enter, Qt::Key_Escape, Qt::Key_Space}) {
+        QVERIFY(repeatKey(*QApplication::focusWidget(), key));
+        for (auto *const layer : content.view->findChildren<CoveringLayer *>())
+            repeatKey(*layer, key);
+        content.refresh();
+        QVERIFY(content.isCovered());
+        QVERIFY(content.isFocusInLayer());
+    }
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
+    QVERIFY(!content.isCovered());
+}
+
+QTEST_MAIN(LayerFocusTest)
+#include "LayerFocusTest.moc"
