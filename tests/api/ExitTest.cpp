@@ -30,38 +30,37 @@ class ExitTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void whoeverWaitsIsWokenWhenTheApplicationEnds();
+    void whoeverWaitsIsWokenWhenTheApplicationEnds()
+    {
+        ScriptedServer server;
+        server.on("GET", "/health", ScriptedReply().hang());
+        server.on("GET", "/api/app-version",
+                  ScriptedReply().send(ScriptedReply::head(200, {"Content-Length: 9"})).hang());
+        server.on("POST", "/api/logout", ScriptedReply().hang());
+
+        int argc = 1;
+        char name[] = "test-exit";
+        char *argv[] = {name, nullptr};
+        auto application = std::make_unique<QCoreApplication>(argc, argv);
+        const AmbrelAPI api(server.url());
+        const Awaited silent(api.health());
+        const Awaited begun(api.appVersion());
+        const Awaited posted(api.logout(LogoutRequest()));
+        int steps = -1;
+        const auto working = workAfter(api.health(), steps);
+        QTRY_COMPARE(server.requests().size(), 4);
+
+        QElapsedTimer clock;
+        clock.start();
+        application.reset();
+        QVERIFY(clock.elapsed() < 1000);
+        const QString cancelled = transport("The request was cancelled.");
+        QCOMPARE(silent.failure(), cancelled);
+        QCOMPARE(begun.failure(), cancelled);
+        QCOMPARE(posted.failure(), cancelled);
+        QCOMPARE(steps, 3);
+    }
 };
-
-void ExitTest::whoeverWaitsIsWokenWhenTheApplicationEnds()
-{
-    ScriptedServer server;
-    server.on("GET", "/health", ScriptedReply().hang());
-    server.on("GET", "/api/app-version", ScriptedReply().send(ScriptedReply::head(200, {"Content-Length: 9"})).hang());
-    server.on("POST", "/api/logout", ScriptedReply().hang());
-
-    int argc = 1;
-    char name[] = "test-exit";
-    char *argv[] = {name, nullptr};
-    auto application = std::make_unique<QCoreApplication>(argc, argv);
-    const AmbrelAPI api(server.url());
-    const Awaited silent(api.health());
-    const Awaited begun(api.appVersion());
-    const Awaited posted(api.logout(LogoutRequest()));
-    int steps = -1;
-    const auto working = workAfter(api.health(), steps);
-    QTRY_COMPARE(server.requests().size(), 4);
-
-    QElapsedTimer clock;
-    clock.start();
-    application.reset();
-    QVERIFY(clock.elapsed() < 1000);
-    const QString cancelled = transport("The request was cancelled.");
-    QCOMPARE(silent.failure(), cancelled);
-    QCOMPARE(begun.failure(), cancelled);
-    QCOMPARE(posted.failure(), cancelled);
-    QCOMPARE(steps, 3);
-}
 
 QTEST_APPLESS_MAIN(ExitTest)
 #include "ExitTest.moc"

@@ -68,129 +68,116 @@ class LargeAnswersTest : public QObject
 
 private Q_SLOTS:
     void cleanup() { HttpSession::shared().setLargestAnswer(TransferLimits().largestAnswer); }
-    void anAnswerMayHave512MiB();
-    void anEndlessAnswerIsTooLarge();
-    void anAnswerThatAnnouncesTooMuchIsNotReceived();
-    void aRefusalWithAnEndlessBodyShowsItsStatus();
-    void aLongRefusalIsShownWhole();
-    void endlessHeadersEnd();
-    void aLargeAnswerArrivesWhole_data();
-    void aLargeAnswerArrivesWhole();
-    void aLargeAnswerWakesTheCallingThreadOnce();
-    void aZippedBombIsUnreadableAndStaysSmall_data();
-    void aZippedBombIsUnreadableAndStaysSmall();
-    void badGzipIsUnreadable();
+
+    void anAnswerMayHave512MiB() { QCOMPARE(TransferLimits().largestAnswer, 512 * megabyte); }
+
+    void anEndlessAnswerIsTooLarge()
+    {
+        HttpSession::shared().setLargestAnswer(8 * megabyte);
+        QCOMPARE(failureOn(ScriptedReply().send(chunkedHead).flood(chunk())),
+                 transport("The server's answer is too large."));
+    }
+
+    void anAnswerThatAnnouncesTooMuchIsNotReceived()
+    {
+        const QByteArray head = ScriptedReply::head(200, {"Content-Length: 900000000000"});
+        QCOMPARE(failureOn(ScriptedReply().send(head + "{").hang()), transport("The server's answer is too large."));
+    }
+
+    void aRefusalWithAnEndlessBodyShowsItsStatus()
+    {
+        const QByteArray head = ScriptedReply::head(503, {"Transfer-Encoding: chunked"});
+        QCOMPARE(failureOn(ScriptedReply().send(head).flood(chunk())),
+                 QStringLiteral("AmbrelAPIError: Server returned 503."));
+    }
+
+    void aLongRefusalIsShownWhole()
+    {
+        const QByteArray text(500'000, 'x');
+        QCOMPARE(failureOn(ScriptedReply::json("{\"error\":\"" + text + "\"}", 400)),
+                 QStringLiteral("AmbrelAPIError: ") + QString::fromLatin1(text));
+    }
+
+    void endlessHeadersEnd()
+    {
+        const QByteArray line = "X-Filler: " + QByteArray(1000, 'x') + "\r\n";
+        const QString failure = failureOn(ScriptedReply().send("HTTP/1.1 200 OK\r\n").flood(line));
+        QCOMPARE(failure, transport("The server's answer is too large."));
+    }
+
+    void aLargeAnswerArrivesWhole_data()
+    {
+        QTest::addColumn<bool>("announced");
+        QTest::newRow("with its length") << true;
+        QTest::newRow("in chunks") << false;
+    }
+
+    void aLargeAnswerArrivesWhole()
+    {
+        QFETCH(const bool, announced);
+        const QByteArray photo = "data:image/jpeg;base64," + QByteArray(20'000'000, 'A');
+        const QByteArray body = R"({"active":true,"seeMeMessages":[],"matches":[{"userId":"m","displayName":"M",)"
+                                R"("distanceMeters":1,"aToB":2,"bToA":3,"heatLevel":"AMBREL","profilePhotos":[],)"
+                                R"("profilePhoto":")" +
+                                photo + "\"}]}";
+        const QByteArray inChunks = chunkedHead + QByteArray::number(body.size(), 16) + "\r\n" + body + "\r\n0\r\n\r\n";
+        ScriptedServer server;
+        server.on("GET", "/api/check/u",
+                  announced ? ScriptedReply::json(body) : ScriptedReply(ScriptedReply().send(inChunks)));
+        const auto answer = recordOf(AmbrelAPI(server.url()).check(QStringLiteral("u"), QStringLiteral("d")));
+        QVERIFY(answer);
+        QCOMPARE(answer->matches.first().profilePhoto->view(), std::string_view(photo.data(), photo.size()));
+    }
+
+    void aLargeAnswerWakesTheCallingThreadOnce()
+    {
+        ScriptedServer server;
+        server.on("GET", "/health",
+                  ScriptedReply::json("{\"ok\":true,\"name\":\"" + QByteArray(30'000'000, 'n') + "\"}"));
+        const Awaited health(AmbrelAPI(server.url()).health());
+        QCoreApplication::processEvents();
+        int turns = 0;
+        connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock, this,
+                [&turns] { ++turns; });
+        QVERIFY(health.wait().record());
+        disconnect(QAbstractEventDispatcher::instance(), nullptr, this, nullptr);
+        QVERIFY2(turns <= 2, qPrintable(QString::number(turns))); // to wait for the answer, and to leave the loop
+    }
+
+    void aZippedBombIsUnreadableAndStaysSmall_data()
+    {
+        QTest::addColumn<QByteArray>("command");
+        QTest::newRow("nothing but zeros") << QByteArray("head -c 200000000 /dev/zero");
+        QTest::newRow("empty texts") << QByteArray("(printf '{\"ok\":true,\"x\":['; yes '\"\",' | head -c 20000000)");
+    }
+
+    void aZippedBombIsUnreadableAndStaysSmall()
+    {
+        QFETCH(const QByteArray, command);
+        const QByteArray bomb = gzipped(command);
+        QVERIFY(bomb.size() > 10'000);
+        ScriptedServer server;
+        server.on("GET", "/health", ScriptedReply::answer(200, bomb, {"Content-Encoding: gzip"}));
+        const std::size_t before = memory("VmRSS");
+        forgetMemoryPeak();
+        QCOMPARE(failureOf(AmbrelAPI(server.url()).health()), transport("The server's answer could not be read."));
+        QVERIFY(before > 0);
+        QVERIFY2(memory("VmHWM") < before + 100 * megabyte, qPrintable(QString::number(memory("VmHWM") - before)));
+    }
+
+    void badGzipIsUnreadable()
+    {
+        const QByteArray good = gzipped("printf '{\"ok\":true}'");
+        const auto zipped = [](const QByteArray &body) {
+            return ScriptedReply::answer(200, body, {"Content-Encoding: gzip"});
+        };
+        QCOMPARE(failureOn(zipped(good)), QString());
+        const QString unreadable = transport("The server's answer could not be read.");
+        QCOMPARE(failureOn(zipped("this is no gzip at all")), unreadable);
+        QCOMPARE(failureOn(zipped(good.left(12) + "\xff\xff\xff\xff" + good.mid(16))), unreadable);
+        QCOMPARE(failureOn(ScriptedReply::answer(200, good, {"Content-Encoding: unheard-of"})), unreadable);
+    }
 };
-
-void LargeAnswersTest::anAnswerMayHave512MiB()
-{
-    QCOMPARE(TransferLimits().largestAnswer, 512 * megabyte);
-}
-
-void LargeAnswersTest::anEndlessAnswerIsTooLarge()
-{
-    HttpSession::shared().setLargestAnswer(8 * megabyte);
-    QCOMPARE(failureOn(ScriptedReply().send(chunkedHead).flood(chunk())),
-             transport("The server's answer is too large."));
-}
-
-void LargeAnswersTest::anAnswerThatAnnouncesTooMuchIsNotReceived()
-{
-    const QByteArray head = ScriptedReply::head(200, {"Content-Length: 900000000000"});
-    QCOMPARE(failureOn(ScriptedReply().send(head + "{").hang()), transport("The server's answer is too large."));
-}
-
-void LargeAnswersTest::aRefusalWithAnEndlessBodyShowsItsStatus()
-{
-    const QByteArray head = ScriptedReply::head(503, {"Transfer-Encoding: chunked"});
-    QCOMPARE(failureOn(ScriptedReply().send(head).flood(chunk())),
-             QStringLiteral("AmbrelAPIError: Server returned 503."));
-}
-
-void LargeAnswersTest::aLongRefusalIsShownWhole()
-{
-    const QByteArray text(500'000, 'x');
-    QCOMPARE(failureOn(ScriptedReply::json("{\"error\":\"" + text + "\"}", 400)),
-             QStringLiteral("AmbrelAPIError: ") + QString::fromLatin1(text));
-}
-
-void LargeAnswersTest::endlessHeadersEnd()
-{
-    const QByteArray line = "X-Filler: " + QByteArray(1000, 'x') + "\r\n";
-    const QString failure = failureOn(ScriptedReply().send("HTTP/1.1 200 OK\r\n").flood(line));
-    QCOMPARE(failure, transport("The server's answer is too large."));
-}
-
-void LargeAnswersTest::aLargeAnswerArrivesWhole_data()
-{
-    QTest::addColumn<bool>("announced");
-    QTest::newRow("with its length") << true;
-    QTest::newRow("in chunks") << false;
-}
-
-void LargeAnswersTest::aLargeAnswerArrivesWhole()
-{
-    QFETCH(const bool, announced);
-    const QByteArray photo = "data:image/jpeg;base64," + QByteArray(20'000'000, 'A');
-    const QByteArray body = R"({"active":true,"seeMeMessages":[],"matches":[{"userId":"m","displayName":"M",)"
-                            R"("distanceMeters":1,"aToB":2,"bToA":3,"heatLevel":"AMBREL","profilePhotos":[],)"
-                            R"("profilePhoto":")" +
-                            photo + "\"}]}";
-    const QByteArray inChunks = chunkedHead + QByteArray::number(body.size(), 16) + "\r\n" + body + "\r\n0\r\n\r\n";
-    ScriptedServer server;
-    server.on("GET", "/api/check/u",
-              announced ? ScriptedReply::json(body) : ScriptedReply(ScriptedReply().send(inChunks)));
-    const auto answer = recordOf(AmbrelAPI(server.url()).check(QStringLiteral("u"), QStringLiteral("d")));
-    QVERIFY(answer);
-    QCOMPARE(answer->matches.first().profilePhoto->view(), std::string_view(photo.data(), photo.size()));
-}
-
-void LargeAnswersTest::aLargeAnswerWakesTheCallingThreadOnce()
-{
-    ScriptedServer server;
-    server.on("GET", "/health", ScriptedReply::json("{\"ok\":true,\"name\":\"" + QByteArray(30'000'000, 'n') + "\"}"));
-    const Awaited health(AmbrelAPI(server.url()).health());
-    QCoreApplication::processEvents();
-    int turns = 0;
-    connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock, this, [&turns] { ++turns; });
-    QVERIFY(health.wait().record());
-    disconnect(QAbstractEventDispatcher::instance(), nullptr, this, nullptr);
-    QVERIFY2(turns <= 2, qPrintable(QString::number(turns))); // to wait for the answer, and to leave the loop
-}
-
-void LargeAnswersTest::aZippedBombIsUnreadableAndStaysSmall_data()
-{
-    QTest::addColumn<QByteArray>("command");
-    QTest::newRow("nothing but zeros") << QByteArray("head -c 200000000 /dev/zero");
-    QTest::newRow("empty texts") << QByteArray("(printf '{\"ok\":true,\"x\":['; yes '\"\",' | head -c 20000000)");
-}
-
-void LargeAnswersTest::aZippedBombIsUnreadableAndStaysSmall()
-{
-    QFETCH(const QByteArray, command);
-    const QByteArray bomb = gzipped(command);
-    QVERIFY(bomb.size() > 10'000);
-    ScriptedServer server;
-    server.on("GET", "/health", ScriptedReply::answer(200, bomb, {"Content-Encoding: gzip"}));
-    const std::size_t before = memory("VmRSS");
-    forgetMemoryPeak();
-    QCOMPARE(failureOf(AmbrelAPI(server.url()).health()), transport("The server's answer could not be read."));
-    QVERIFY(before > 0);
-    QVERIFY2(memory("VmHWM") < before + 100 * megabyte, qPrintable(QString::number(memory("VmHWM") - before)));
-}
-
-void LargeAnswersTest::badGzipIsUnreadable()
-{
-    const QByteArray good = gzipped("printf '{\"ok\":true}'");
-    const auto zipped = [](const QByteArray &body) {
-        return ScriptedReply::answer(200, body, {"Content-Encoding: gzip"});
-    };
-    QCOMPARE(failureOn(zipped(good)), QString());
-    const QString unreadable = transport("The server's answer could not be read.");
-    QCOMPARE(failureOn(zipped("this is no gzip at all")), unreadable);
-    QCOMPARE(failureOn(zipped(good.left(12) + "\xff\xff\xff\xff" + good.mid(16))), unreadable);
-    QCOMPARE(failureOn(ScriptedReply::answer(200, good, {"Content-Encoding: unheard-of"})), unreadable);
-}
 
 QTEST_GUILESS_MAIN(LargeAnswersTest)
 #include "LargeAnswersTest.moc"

@@ -34,60 +34,55 @@ class NameLookupTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void cleanup();
-    void anUnknownHostIsNotFound();
-    void aLookUpThatHangsIsATimeOutAndDelaysNobody();
-    void closingDoesNotWaitForALookUp();
+    void cleanup()
+    {
+        nameServerAnswers = true;
+        nameServerAnswers.notify_all();
+        QTRY_COMPARE(waiting, 0);
+    }
+
+    void anUnknownHostIsNotFound()
+    {
+        nameServerAnswers = true;
+        QCOMPARE(failureOf(AmbrelAPI(QStringLiteral("http://nowhere.test")).health()),
+                 transport("The server could not be found."));
+    }
+
+    void aLookUpThatHangsIsATimeOutAndDelaysNobody()
+    {
+        nameServerAnswers = false;
+        HttpSession::shared().setIdleTimeout(400ms);
+        ScriptedServer server;
+        server.on("GET", "/health", ScriptedReply::json(R"({"ok":true})"));
+        const Awaited hanging(AmbrelAPI(QStringLiteral("http://nowhere.test")).health());
+        QTRY_COMPARE(waiting, 1);
+        QCOMPARE(failureOf(AmbrelAPI(server.url()).health()), QString());
+        QVERIFY(!hanging.isDone());
+        QCOMPARE(hanging.wait().failure(), transport("The request timed out."));
+        QCOMPARE(waiting, 1);
+        QCOMPARE(failureOf(AmbrelAPI(server.url()).health()), QString());
+        HttpSession::shared().setIdleTimeout(TransferLimits().silence);
+    }
+
+    void closingDoesNotWaitForALookUp()
+    {
+        nameServerAnswers = false;
+        std::atomic<int> failures = 0;
+        HttpSession session;
+        HttpRequest request;
+        request.url = QUrl(QStringLiteral("http://nowhere.test/health"));
+        session.perform(request, [&failures](const Outcome<HttpReply> &outcome) {
+            failures += std::holds_alternative<std::exception_ptr>(outcome) ? 1 : 0;
+        });
+        QTRY_COMPARE(waiting, 1);
+        QElapsedTimer clock;
+        clock.start();
+        session.close();
+        QVERIFY(clock.elapsed() < 1000);
+        QCOMPARE(failures, 1);
+        QCOMPARE(waiting, 1);
+    }
 };
-
-void NameLookupTest::cleanup()
-{
-    nameServerAnswers = true;
-    nameServerAnswers.notify_all();
-    QTRY_COMPARE(waiting, 0);
-}
-
-void NameLookupTest::anUnknownHostIsNotFound()
-{
-    nameServerAnswers = true;
-    QCOMPARE(failureOf(AmbrelAPI(QStringLiteral("http://nowhere.test")).health()),
-             transport("The server could not be found."));
-}
-
-void NameLookupTest::aLookUpThatHangsIsATimeOutAndDelaysNobody()
-{
-    nameServerAnswers = false;
-    HttpSession::shared().setIdleTimeout(400ms);
-    ScriptedServer server;
-    server.on("GET", "/health", ScriptedReply::json(R"({"ok":true})"));
-    const Awaited hanging(AmbrelAPI(QStringLiteral("http://nowhere.test")).health());
-    QTRY_COMPARE(waiting, 1);
-    QCOMPARE(failureOf(AmbrelAPI(server.url()).health()), QString());
-    QVERIFY(!hanging.isDone());
-    QCOMPARE(hanging.wait().failure(), transport("The request timed out."));
-    QCOMPARE(waiting, 1);
-    QCOMPARE(failureOf(AmbrelAPI(server.url()).health()), QString());
-    HttpSession::shared().setIdleTimeout(TransferLimits().silence);
-}
-
-void NameLookupTest::closingDoesNotWaitForALookUp()
-{
-    nameServerAnswers = false;
-    std::atomic<int> failures = 0;
-    HttpSession session;
-    HttpRequest request;
-    request.url = QUrl(QStringLiteral("http://nowhere.test/health"));
-    session.perform(request, [&failures](const Outcome<HttpReply> &outcome) {
-        failures += std::holds_alternative<std::exception_ptr>(outcome) ? 1 : 0;
-    });
-    QTRY_COMPARE(waiting, 1);
-    QElapsedTimer clock;
-    clock.start();
-    session.close();
-    QVERIFY(clock.elapsed() < 1000);
-    QCOMPARE(failures, 1);
-    QCOMPARE(waiting, 1);
-}
 
 QTEST_GUILESS_MAIN(NameLookupTest)
 #include "NameLookupTest.moc"

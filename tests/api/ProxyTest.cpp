@@ -12,70 +12,63 @@ class ProxyTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void cleanup();
-    void theProxyOfTheEnvironmentIsAsked();
-    void exceptionsAreAskedDirectly();
-    void aProxyThatIsNotThereCannotBeConnectedTo();
-    void aProxyThatWantsAPasswordShowsItsStatus();
-    void aProxyThatRefusesATunnelIsNamed();
-};
+    void cleanup()
+    {
+        qunsetenv("http_proxy");
+        qunsetenv("https_proxy");
+        qunsetenv("no_proxy");
+    }
 
-void ProxyTest::cleanup()
-{
-    qunsetenv("http_proxy");
-    qunsetenv("https_proxy");
-    qunsetenv("no_proxy");
-}
+    void theProxyOfTheEnvironmentIsAsked()
+    {
+        ScriptedServer proxy;
+        proxy.on("GET", "http://far.invalid:3000/health", ScriptedReply::json(R"({"ok":true})"));
+        qputenv("http_proxy", proxy.url().toLatin1());
+        QCOMPARE(failureOf(AmbrelAPI(QStringLiteral("http://far.invalid:3000")).health()), QString());
+    }
 
-void ProxyTest::theProxyOfTheEnvironmentIsAsked()
-{
-    ScriptedServer proxy;
-    proxy.on("GET", "http://far.invalid:3000/health", ScriptedReply::json(R"({"ok":true})"));
-    qputenv("http_proxy", proxy.url().toLatin1());
-    QCOMPARE(failureOf(AmbrelAPI(QStringLiteral("http://far.invalid:3000")).health()), QString());
-}
-
-void ProxyTest::exceptionsAreAskedDirectly()
-{
-    const ScriptedServer proxy;
-    ScriptedServer server;
-    server.on("GET", "/health", ScriptedReply::json(R"({"ok":true})"));
-    qputenv("http_proxy", proxy.url().toLatin1());
-    qputenv("no_proxy", "127.0.0.1");
-    QCOMPARE(failureOf(AmbrelAPI(server.url()).health()), QString());
-    QCOMPARE(proxy.connectionCount(), 0);
-}
-
-void ProxyTest::aProxyThatIsNotThereCannotBeConnectedTo()
-{
-    QByteArray closedPort;
+    void exceptionsAreAskedDirectly()
     {
         const ScriptedServer proxy;
-        closedPort = proxy.url().toLatin1();
+        ScriptedServer server;
+        server.on("GET", "/health", ScriptedReply::json(R"({"ok":true})"));
+        qputenv("http_proxy", proxy.url().toLatin1());
+        qputenv("no_proxy", "127.0.0.1");
+        QCOMPARE(failureOf(AmbrelAPI(server.url()).health()), QString());
+        QCOMPARE(proxy.connectionCount(), 0);
     }
-    qputenv("http_proxy", closedPort);
-    QCOMPARE(failureOf(AmbrelAPI(QStringLiteral("http://far.invalid")).health()),
-             transport("Could not connect to the server."));
-}
 
-void ProxyTest::aProxyThatWantsAPasswordShowsItsStatus()
-{
-    ScriptedServer proxy;
-    proxy.on("GET", "http://far.invalid/health",
-             ScriptedReply::answer(407, {}, {"Proxy-Authenticate: Basic realm=\"proxy\""}));
-    qputenv("http_proxy", proxy.url().toLatin1());
-    QCOMPARE(failureOf(AmbrelAPI(QStringLiteral("http://far.invalid")).health()),
-             QStringLiteral("AmbrelAPIError: Server returned 407."));
-}
+    void aProxyThatIsNotThereCannotBeConnectedTo()
+    {
+        QByteArray closedPort;
+        {
+            const ScriptedServer proxy;
+            closedPort = proxy.url().toLatin1();
+        }
+        qputenv("http_proxy", closedPort);
+        QCOMPARE(failureOf(AmbrelAPI(QStringLiteral("http://far.invalid")).health()),
+                 transport("Could not connect to the server."));
+    }
 
-void ProxyTest::aProxyThatRefusesATunnelIsNamed()
-{
-    ScriptedServer proxy;
-    proxy.on("CONNECT", "far.invalid:443", ScriptedReply::answer(502));
-    qputenv("https_proxy", proxy.url().toLatin1());
-    QCOMPARE(failureOf(AmbrelAPI(QStringLiteral("https://far.invalid")).health()),
-             transport("The proxy server refused the connection."));
-}
+    void aProxyThatWantsAPasswordShowsItsStatus()
+    {
+        ScriptedServer proxy;
+        proxy.on("GET", "http://far.invalid/health",
+                 ScriptedReply::answer(407, {}, {"Proxy-Authenticate: Basic realm=\"proxy\""}));
+        qputenv("http_proxy", proxy.url().toLatin1());
+        QCOMPARE(failureOf(AmbrelAPI(QStringLiteral("http://far.invalid")).health()),
+                 QStringLiteral("AmbrelAPIError: Server returned 407."));
+    }
+
+    void aProxyThatRefusesATunnelIsNamed()
+    {
+        ScriptedServer proxy;
+        proxy.on("CONNECT", "far.invalid:443", ScriptedReply::answer(502));
+        qputenv("https_proxy", proxy.url().toLatin1());
+        QCOMPARE(failureOf(AmbrelAPI(QStringLiteral("https://far.invalid")).health()),
+                 transport("The proxy server refused the connection."));
+    }
+};
 
 QTEST_GUILESS_MAIN(ProxyTest)
 #include "ProxyTest.moc"

@@ -81,76 +81,71 @@ class ContrastTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void everyTextStandsOutFromWhatIsBehindIt_data();
-    void everyTextStandsOutFromWhatIsBehindIt();
-    void everyShortfallIsReal();
-    void theMeasureFindsFaintText();
-};
-
-void ContrastTest::everyTextStandsOutFromWhatIsBehindIt_data()
-{
-    QTest::addColumn<QString>("scene");
-    QTest::addColumn<QSize>("size");
-    const auto add = [](const char *sceneName, const QSize &size) {
-        const QString scene = QString::fromLatin1(sceneName);
-        const QString name = QStringLiteral("%1 at %2 x %3").arg(scene).arg(size.width()).arg(size.height());
-        QTest::newRow(qPrintable(name)) << scene << size;
-    };
-    for (const char *const scene : {"first-run", "errors", "live-3", "selected-mile"}) {
-        for (const QSize &size : {smallestWindow, comfortableWindow, largeWindow})
-            add(scene, size);
+    void everyTextStandsOutFromWhatIsBehindIt_data()
+    {
+        QTest::addColumn<QString>("scene");
+        QTest::addColumn<QSize>("size");
+        const auto add = [](const char *sceneName, const QSize &size) {
+            const QString scene = QString::fromLatin1(sceneName);
+            const QString name = QStringLiteral("%1 at %2 x %3").arg(scene).arg(size.width()).arg(size.height());
+            QTest::newRow(qPrintable(name)) << scene << size;
+        };
+        for (const char *const scene : {"first-run", "errors", "live-3", "selected-mile"}) {
+            for (const QSize &size : {smallestWindow, comfortableWindow, largeWindow})
+                add(scene, size);
+        }
+        for (const char *const scene :
+             {"busy", "broken-photo", "paused", "button-pressed", "alert", "flash-white", "flash-red"})
+            add(scene, comfortableWindow);
     }
-    for (const char *const scene :
-         {"busy", "broken-photo", "paused", "button-pressed", "alert", "flash-white", "flash-red"})
-        add(scene, comfortableWindow);
-}
 
-void ContrastTest::everyTextStandsOutFromWhatIsBehindIt()
-{
-    QFETCH(QString, scene);
-    QFETCH(QSize, size);
-    SceneWindow window(sceneNamed(scene), size);
-    window.settle();
-    const TakenApart taken = takeTextOff(window.widget());
-    QVERIFY(!taken.texts.isEmpty());
-    const QStringList found = tooFaint(sceneNamed(scene), taken);
-    QVERIFY2(found.isEmpty(), qPrintable(found.join(u'\n')));
-}
-
-void ContrastTest::everyShortfallIsReal()
-{
-    for (const Shortfall &known : shortfalls()) {
-        SceneWindow window(sceneNamed(known.scene));
+    void everyTextStandsOutFromWhatIsBehindIt()
+    {
+        QFETCH(QString, scene);
+        QFETCH(QSize, size);
+        SceneWindow window(sceneNamed(scene), size);
         window.settle();
         const TakenApart taken = takeTextOff(window.widget());
-        const bool falls = std::any_of(taken.texts.begin(), taken.texts.end(), [&](const DrawnText &text) {
-            return text.text == known.text && worstContrast(text, taken.background) < required(text.font);
-        });
-        QVERIFY2(falls, qPrintable(known.scene));
+        QVERIFY(!taken.texts.isEmpty());
+        const QStringList found = tooFaint(sceneNamed(scene), taken);
+        QVERIFY2(found.isEmpty(), qPrintable(found.join(u'\n')));
     }
-}
 
-void ContrastTest::theMeasureFindsFaintText()
-{
-    QCOMPARE(contrast(qRgb(0, 0, 0), qRgb(255, 255, 255)), 21.0);
-    SceneWindow window(sceneNamed(QStringLiteral("first-run")));
-    window.settle();
-    const TakenApart taken = takeTextOff(window.widget());
-    // Nothing but the text is missing.
-    const QImage whole = window.picture().convertToFormat(QImage::Format_RGB32);
-    QRegion texts;
-    for (const DrawnText &text : taken.texts)
-        texts += text.box.adjusted(-2, -2, 2, 2);
-    for (int y = 0; y < whole.height(); y += 3) {
-        for (int x = 0; x < whole.width(); x += 3) {
-            if (!texts.contains(QPoint(x, y)))
-                COMPARE_COLORS(taken.background.pixelColor(x, y), whole.pixelColor(x, y));
+    void everyShortfallIsReal()
+    {
+        for (const Shortfall &known : shortfalls()) {
+            SceneWindow window(sceneNamed(known.scene));
+            window.settle();
+            const TakenApart taken = takeTextOff(window.widget());
+            const bool falls = std::any_of(taken.texts.begin(), taken.texts.end(), [&](const DrawnText &text) {
+                return text.text == known.text && worstContrast(text, taken.background) < required(text.font);
+            });
+            QVERIFY2(falls, qPrintable(known.scene));
         }
     }
-    DrawnText faint = taken.texts.first();
-    faint.color = QColor(200, 200, 200);
-    QVERIFY(worstContrast(faint, taken.background) < 2);
-}
+
+    void theMeasureFindsFaintText()
+    {
+        QCOMPARE(contrast(qRgb(0, 0, 0), qRgb(255, 255, 255)), 21.0);
+        SceneWindow window(sceneNamed(QStringLiteral("first-run")));
+        window.settle();
+        const TakenApart taken = takeTextOff(window.widget());
+        // Nothing but the text is missing.
+        const QImage whole = window.picture().convertToFormat(QImage::Format_RGB32);
+        QRegion texts;
+        for (const DrawnText &text : taken.texts)
+            texts += text.box.adjusted(-2, -2, 2, 2);
+        for (int y = 0; y < whole.height(); y += 3) {
+            for (int x = 0; x < whole.width(); x += 3) {
+                if (!texts.contains(QPoint(x, y)))
+                    COMPARE_COLORS(taken.background.pixelColor(x, y), whole.pixelColor(x, y));
+            }
+        }
+        DrawnText faint = taken.texts.first();
+        faint.color = QColor(200, 200, 200);
+        QVERIFY(worstContrast(faint, taken.background) < 2);
+    }
+};
 
 int main(int argc, char **argv)
 {

@@ -34,34 +34,33 @@ class SharpnessTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void nothingIsBlurredAtThisScale();
-};
+    void nothingIsBlurredAtThisScale()
+    {
+        SceneWindow window(sceneNamed(QStringLiteral("live-3")));
+        const QImage sharp = window.picture();
+        const qreal scale = sharp.devicePixelRatio();
+        QCOMPARE(scale, qEnvironmentVariable("QT_SCALE_FACTOR").toDouble());
 
-void SharpnessTest::nothingIsBlurredAtThisScale()
-{
-    SceneWindow window(sceneNamed(QStringLiteral("live-3")));
-    const QImage sharp = window.picture();
-    const qreal scale = sharp.devicePixelRatio();
-    QCOMPARE(scale, qEnvironmentVariable("QT_SCALE_FACTOR").toDouble());
+        // What it would look like if it were drawn for scale 1 and enlarged.
+        QImage small(window.widget().size(), QImage::Format_RGB32);
+        window.widget().render(&small);
+        const QImage blurred = small.scaled(sharp.size(), Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
 
-    // What it would look like if it were drawn for scale 1 and enlarged.
-    QImage small(window.widget().size(), QImage::Format_RGB32);
-    window.widget().render(&small);
-    const QImage blurred = small.scaled(sharp.size(), Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
-
-    const auto &sidebar = window.find<SidebarView>();
-    for (const QWidget *const view :
-         {static_cast<const QWidget *>(sidebar.findChild<QLabel *>()),
-          static_cast<const QWidget *>(window.find<WarmthMeter>().findChild<AmbrelLogo *>()),
-          static_cast<const QWidget *>(&window.find<LivePill>()),
-          static_cast<const QWidget *>(&window.find<LargeProfilePhoto>())}) {
-        const QRect place = window.placeOf(*view);
-        const QRect pixels(place.topLeft() * scale, place.size() * scale);
-        const double gain = steepness(sharp.copy(pixels)) / steepness(blurred.copy(pixels));
-        QVERIFY2(gain > 1.15,
-                 qPrintable(QStringLiteral("%1: %2").arg(QLatin1String(view->metaObject()->className())).arg(gain)));
+        const auto &sidebar = window.find<SidebarView>();
+        for (const QWidget *const view :
+             {static_cast<const QWidget *>(sidebar.findChild<QLabel *>()),
+              static_cast<const QWidget *>(window.find<WarmthMeter>().findChild<AmbrelLogo *>()),
+              static_cast<const QWidget *>(&window.find<LivePill>()),
+              static_cast<const QWidget *>(&window.find<LargeProfilePhoto>())}) {
+            const QRect place = window.placeOf(*view);
+            const QRect pixels(place.topLeft() * scale, place.size() * scale);
+            const double gain = steepness(sharp.copy(pixels)) / steepness(blurred.copy(pixels));
+            QVERIFY2(
+                gain > 1.15,
+                qPrintable(QStringLiteral("%1: %2").arg(QLatin1String(view->metaObject()->className())).arg(gain)));
+        }
     }
-}
+};
 
 int main(int argc, char **argv)
 {

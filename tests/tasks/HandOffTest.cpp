@@ -47,128 +47,117 @@ class HandOffTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void lettersAreRunOnceAndInOrder();
-    void lettersOfManyThreadsAllArrive();
-    void aValueResumesTheWaitingCoroutineAtHome();
-    void aValueIsNeverDeliveredInsideFinish();
-    void aValueMayArriveBeforeItIsAwaited();
-    void anExceptionTravelsHome();
-    void aThreadThatHasEndedGetsNothing();
-    void workRunsOffTheCallingThread();
-    void manyJobsAllEnd();
-    void aValueIsDestroyedOnTheWorker();
+    void lettersAreRunOnceAndInOrder()
+    {
+        const auto mailbox = Mailbox::ofThisThread();
+        QCOMPARE(Mailbox::ofThisThread(), mailbox);
+        QList<int> run;
+        for (int letter = 0; letter < 3; ++letter)
+            mailbox->post([&run, letter] { run.append(letter); });
+        QVERIFY(run.isEmpty());
+        QTRY_COMPARE(run, (QList<int>{0, 1, 2}));
+        QVERIFY(!mailbox->deliver());
+    }
+
+    void lettersOfManyThreadsAllArrive()
+    {
+        constexpr int threads = 8;
+        constexpr int letters = 500;
+        const auto mailbox = Mailbox::ofThisThread();
+        int sum = 0; // no atomic: the letters are run here
+        std::vector<std::jthread> senders;
+        for (int thread = 0; thread < threads; ++thread) {
+            senders.emplace_back([&sum, mailbox] {
+                for (int letter = 0; letter < letters; ++letter)
+                    mailbox->post([&sum] { ++sum; });
+            });
+        }
+        QTRY_COMPARE(sum, threads * letters);
+    }
+
+    void aValueResumesTheWaitingCoroutineAtHome()
+    {
+        Arrival arrival;
+        const HandOff<int> number;
+        startAwaiting(number, arrival);
+        const std::jthread sender([number] { number.finish(7); });
+        QTRY_COMPARE(arrival.values, QList<int>{7});
+        QCOMPARE(arrival.thread, QThread::currentThread());
+    }
+
+    void aValueIsNeverDeliveredInsideFinish()
+    {
+        Arrival arrival;
+        const HandOff<int> number;
+        startAwaiting(number, arrival);
+        number.finish(7);
+        QVERIFY(arrival.values.isEmpty());
+        QTRY_COMPARE(arrival.values, QList<int>{7});
+    }
+
+    void aValueMayArriveBeforeItIsAwaited()
+    {
+        Arrival arrival;
+        const HandOff<int> number;
+        number.finish(7);
+        QTRY_VERIFY(number.await_ready());
+        startAwaiting(number, arrival);
+        QCOMPARE(arrival.values, QList<int>{7});
+    }
+
+    void anExceptionTravelsHome()
+    {
+        Arrival arrival;
+        startAwaiting(runOnWorker([]() -> int { throw Refusal(); }), arrival);
+        QTRY_COMPARE(arrival.refusals, 1);
+        QVERIFY(arrival.values.isEmpty());
+    }
+
+    void aThreadThatHasEndedGetsNothing()
+    {
+        std::optional<HandOff<int>> number;
+        std::thread([&number] {
+            const QEventLoop loop;
+            number.emplace();
+        }).join();
+        number->finish(7);
+        QVERIFY(!number->await_ready());
+    }
+
+    void workRunsOffTheCallingThread()
+    {
+        Arrival arrival;
+        const auto here = std::this_thread::get_id();
+        startAwaiting(runOnWorker([here] { return std::this_thread::get_id() == here ? 0 : 1; }), arrival);
+        QTRY_COMPARE(arrival.values, QList<int>{1});
+    }
+
+    void manyJobsAllEnd()
+    {
+        constexpr int jobs = 500;
+        Arrival arrival;
+        for (int job = 0; job < jobs; ++job) {
+            const auto text = std::make_shared<std::string>(std::to_string(job));
+            startAwaiting(runOnWorker([text] { return std::stoi(*text); }), arrival);
+        }
+        QTRY_COMPARE(arrival.values.size(), jobs);
+        std::sort(arrival.values.begin(), arrival.values.end());
+        for (int job = 0; job < jobs; ++job)
+            QCOMPARE(arrival.values.at(job), job);
+    }
+
+    void aValueIsDestroyedOnTheWorker()
+    {
+        std::atomic<bool> destroyedElsewhere = false;
+        const auto here = std::this_thread::get_id();
+        const auto note = [&destroyedElsewhere, here](const int *value) {
+            delete value;
+            destroyedElsewhere = std::this_thread::get_id() != here;
+        };
+        destroyOnWorker(std::unique_ptr<const int, decltype(note)>(new const int(7), note));
+        QTRY_VERIFY(destroyedElsewhere);
+    }
 };
-
-void HandOffTest::lettersAreRunOnceAndInOrder()
-{
-    const auto mailbox = Mailbox::ofThisThread();
-    QCOMPARE(Mailbox::ofThisThread(), mailbox);
-    QList<int> run;
-    for (int letter = 0; letter < 3; ++letter)
-        mailbox->post([&run, letter] { run.append(letter); });
-    QVERIFY(run.isEmpty());
-    QTRY_COMPARE(run, (QList<int>{0, 1, 2}));
-    QVERIFY(!mailbox->deliver());
-}
-
-void HandOffTest::lettersOfManyThreadsAllArrive()
-{
-    constexpr int threads = 8;
-    constexpr int letters = 500;
-    const auto mailbox = Mailbox::ofThisThread();
-    int sum = 0; // no atomic: the letters are run here
-    std::vector<std::jthread> senders;
-    for (int thread = 0; thread < threads; ++thread) {
-        senders.emplace_back([&sum, mailbox] {
-            for (int letter = 0; letter < letters; ++letter)
-                mailbox->post([&sum] { ++sum; });
-        });
-    }
-    QTRY_COMPARE(sum, threads * letters);
-}
-
-void HandOffTest::aValueResumesTheWaitingCoroutineAtHome()
-{
-    Arrival arrival;
-    const HandOff<int> number;
-    startAwaiting(number, arrival);
-    const std::jthread sender([number] { number.finish(7); });
-    QTRY_COMPARE(arrival.values, QList<int>{7});
-    QCOMPARE(arrival.thread, QThread::currentThread());
-}
-
-void HandOffTest::aValueIsNeverDeliveredInsideFinish()
-{
-    Arrival arrival;
-    const HandOff<int> number;
-    startAwaiting(number, arrival);
-    number.finish(7);
-    QVERIFY(arrival.values.isEmpty());
-    QTRY_COMPARE(arrival.values, QList<int>{7});
-}
-
-void HandOffTest::aValueMayArriveBeforeItIsAwaited()
-{
-    Arrival arrival;
-    const HandOff<int> number;
-    number.finish(7);
-    QTRY_VERIFY(number.await_ready());
-    startAwaiting(number, arrival);
-    QCOMPARE(arrival.values, QList<int>{7});
-}
-
-void HandOffTest::anExceptionTravelsHome()
-{
-    Arrival arrival;
-    startAwaiting(runOnWorker([]() -> int { throw Refusal(); }), arrival);
-    QTRY_COMPARE(arrival.refusals, 1);
-    QVERIFY(arrival.values.isEmpty());
-}
-
-void HandOffTest::aThreadThatHasEndedGetsNothing()
-{
-    std::optional<HandOff<int>> number;
-    std::thread([&number] {
-        const QEventLoop loop;
-        number.emplace();
-    }).join();
-    number->finish(7);
-    QVERIFY(!number->await_ready());
-}
-
-void HandOffTest::workRunsOffTheCallingThread()
-{
-    Arrival arrival;
-    const auto here = std::this_thread::get_id();
-    startAwaiting(runOnWorker([here] { return std::this_thread::get_id() == here ? 0 : 1; }), arrival);
-    QTRY_COMPARE(arrival.values, QList<int>{1});
-}
-
-void HandOffTest::manyJobsAllEnd()
-{
-    constexpr int jobs = 500;
-    Arrival arrival;
-    for (int job = 0; job < jobs; ++job) {
-        const auto text = std::make_shared<std::string>(std::to_string(job));
-        startAwaiting(runOnWorker([text] { return std::stoi(*text); }), arrival);
-    }
-    QTRY_COMPARE(arrival.values.size(), jobs);
-    std::sort(arrival.values.begin(), arrival.values.end());
-    for (int job = 0; job < jobs; ++job)
-        QCOMPARE(arrival.values.at(job), job);
-}
-
-void HandOffTest::aValueIsDestroyedOnTheWorker()
-{
-    std::atomic<bool> destroyedElsewhere = false;
-    const auto here = std::this_thread::get_id();
-    const auto note = [&destroyedElsewhere, here](const int *value) {
-        delete value;
-        destroyedElsewhere = std::this_thread::get_id() != here;
-    };
-    destroyOnWorker(std::unique_ptr<const int, decltype(note)>(new const int(7), note));
-    QTRY_VERIFY(destroyedElsewhere);
-}
 
 QTEST_GUILESS_MAIN(HandOffTest)
 #include "HandOffTest.moc"

@@ -19,88 +19,80 @@ class HostileTextTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void millionLettersAreCutAfterBoundedWork();
-    void millionLettersShownWholeTakeLinearWork();
-    void millionBlanksAndLineBreaksShownWholeTakeLinearWork();
-    void twentyThousandCombiningMarksTakeBoundedWork();
-    void repaintingPartOfAnEndlessTextLaysNothingOutAgain();
-    void elidedMegabyteTakesBoundedWork();
-    void elidedTextIsNeverCutInsideALetter();
-};
-
-void HostileTextTest::millionLettersAreCutAfterBoundedWork()
-{
-    WrappedLabel label(million);
-    label.resize(300, label.heightForWidth(300));
-    label.grab();
-    QVERIFY(label.height() < 300 * label.fontMetrics().lineSpacing());
-    QVERIFY2(label.laidOutLetters() < 10'000, qPrintable(QString::number(label.laidOutLetters())));
-    QCOMPARE(label.text(), million);
-}
-
-void HostileTextTest::millionLettersShownWholeTakeLinearWork()
-{
-    WrappedLabel label(million);
-    label.setShowsEverything(true);
-    const int height = label.heightForWidth(300);
-    const int lettersInALine = 300 / label.fontMetrics().horizontalAdvance(u'w');
-    QVERIFY(height >= 1'000'000 / lettersInALine * label.fontMetrics().height());
-    QVERIFY2(label.laidOutLetters() < 1'500'000, qPrintable(QString::number(label.laidOutLetters())));
-}
-
-void HostileTextTest::millionBlanksAndLineBreaksShownWholeTakeLinearWork()
-{
-    for (const QString &text : {QString(1'000'000, u' '), QString(100'000, u'\n'), QString(200'000, u'\u0301')}) {
-        const TextLines lines = TextLines::wrapped(text, QApplication::font(), 300);
-        QVERIFY2(lines.laidOutLetters() <= 3 * text.size(), qPrintable(QString::number(lines.laidOutLetters())));
-    }
-}
-
-void HostileTextTest::twentyThousandCombiningMarksTakeBoundedWork()
-{
-    const QString marks = QStringLiteral("Z") + QString(20'000, u'\u0336');
-    WrappedLabel wrapped(marks);
-    ElidedLabel elided(marks);
-    for (TextLabel *label : {static_cast<TextLabel *>(&wrapped), static_cast<TextLabel *>(&elided)}) {
-        label->resize(200, label->sizeHint().height());
-        label->grab();
-        QVERIFY2(label->laidOutLetters() < 10'000, qPrintable(QString::number(label->laidOutLetters())));
-    }
-    QVERIFY(elided.sizeHint().height() < 3 * elided.fontMetrics().height());
-}
-
-void HostileTextTest::repaintingPartOfAnEndlessTextLaysNothingOutAgain()
-{
-    WrappedLabel label(million);
-    label.setShowsEverything(true);
-    label.resize(300, label.heightForWidth(300));
-    const qsizetype work = label.laidOutLetters();
-    QImage screen(300, 400, QImage::Format_RGB32);
-    label.render(&screen, {}, QRect(0, label.height() / 2, 300, 400));
-    QCOMPARE(label.laidOutLetters(), work);
-}
-
-void HostileTextTest::elidedMegabyteTakesBoundedWork()
-{
-    for (const QString &text : {million, QString(1'000'000, u'\u0301'), QString(1'000'000, u'\u200b'),
-                                QString(1'000'000, u' '), prose.repeated(20'000), QString(1'000'000, QChar(0))}) {
-        ElidedLabel label(text);
-        label.setMaximumLines(2);
-        label.resize(400, label.heightForWidth(400));
+    void millionLettersAreCutAfterBoundedWork()
+    {
+        WrappedLabel label(million);
+        label.resize(300, label.heightForWidth(300));
         label.grab();
-        QVERIFY2(label.laidOutLetters() < 15'000, qPrintable(QString::number(label.laidOutLetters())));
-        QVERIFY(TextLines::elided(text, label.font(), 400, 2).shownText().endsWith(u'\u2026'));
+        QVERIFY(label.height() < 300 * label.fontMetrics().lineSpacing());
+        QVERIFY2(label.laidOutLetters() < 10'000, qPrintable(QString::number(label.laidOutLetters())));
+        QCOMPARE(label.text(), million);
     }
-}
 
-void HostileTextTest::elidedTextIsNeverCutInsideALetter()
-{
-    const QString emoji = QStringLiteral("\U0001F600").repeated(100'000);
-    for (int width = 5; width < 200; ++width) {
-        const QString shown = TextLines::elided(emoji, QApplication::font(), width, 2).shownText().chopped(1);
-        QVERIFY(shown.isValidUtf16());
+    void millionLettersShownWholeTakeLinearWork()
+    {
+        WrappedLabel label(million);
+        label.setShowsEverything(true);
+        const int height = label.heightForWidth(300);
+        const int lettersInALine = 300 / label.fontMetrics().horizontalAdvance(u'w');
+        QVERIFY(height >= 1'000'000 / lettersInALine * label.fontMetrics().height());
+        QVERIFY2(label.laidOutLetters() < 1'500'000, qPrintable(QString::number(label.laidOutLetters())));
     }
-}
+
+    void millionBlanksAndLineBreaksShownWholeTakeLinearWork()
+    {
+        for (const QString &text : {QString(1'000'000, u' '), QString(100'000, u'\n'), QString(200'000, u'\u0301')}) {
+            const TextLines lines = TextLines::wrapped(text, QApplication::font(), 300);
+            QVERIFY2(lines.laidOutLetters() <= 3 * text.size(), qPrintable(QString::number(lines.laidOutLetters())));
+        }
+    }
+
+    void twentyThousandCombiningMarksTakeBoundedWork()
+    {
+        const QString marks = QStringLiteral("Z") + QString(20'000, u'\u0336');
+        WrappedLabel wrapped(marks);
+        ElidedLabel elided(marks);
+        for (TextLabel *label : {static_cast<TextLabel *>(&wrapped), static_cast<TextLabel *>(&elided)}) {
+            label->resize(200, label->sizeHint().height());
+            label->grab();
+            QVERIFY2(label->laidOutLetters() < 10'000, qPrintable(QString::number(label->laidOutLetters())));
+        }
+        QVERIFY(elided.sizeHint().height() < 3 * elided.fontMetrics().height());
+    }
+
+    void repaintingPartOfAnEndlessTextLaysNothingOutAgain()
+    {
+        WrappedLabel label(million);
+        label.setShowsEverything(true);
+        label.resize(300, label.heightForWidth(300));
+        const qsizetype work = label.laidOutLetters();
+        QImage screen(300, 400, QImage::Format_RGB32);
+        label.render(&screen, {}, QRect(0, label.height() / 2, 300, 400));
+        QCOMPARE(label.laidOutLetters(), work);
+    }
+
+    void elidedMegabyteTakesBoundedWork()
+    {
+        for (const QString &text : {million, QString(1'000'000, u'\u0301'), QString(1'000'000, u'\u200b'),
+                                    QString(1'000'000, u' '), prose.repeated(20'000), QString(1'000'000, QChar(0))}) {
+            ElidedLabel label(text);
+            label.setMaximumLines(2);
+            label.resize(400, label.heightForWidth(400));
+            label.grab();
+            QVERIFY2(label.laidOutLetters() < 15'000, qPrintable(QString::number(label.laidOutLetters())));
+            QVERIFY(TextLines::elided(text, label.font(), 400, 2).shownText().endsWith(u'\u2026'));
+        }
+    }
+
+    void elidedTextIsNeverCutInsideALetter()
+    {
+        const QString emoji = QStringLiteral("\U0001F600").repeated(100'000);
+        for (int width = 5; width < 200; ++width) {
+            const QString shown = TextLines::elided(emoji, QApplication::font(), width, 2).shownText().chopped(1);
+            QVERIFY(shown.isValidUtf16());
+        }
+    }
+};
 
 QTEST_MAIN(HostileTextTest)
 #include "HostileTextTest.moc"

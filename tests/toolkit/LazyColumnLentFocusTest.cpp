@@ -27,18 +27,136 @@ class LazyColumnLentFocusTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void init();
+    void init()
+    {
+        m_window.reset();
+        m_people = std::make_unique<People>(0);
+        m_window = std::make_unique<PeopleWindow>(*m_people);
+        QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
+        list({ana, ben, cleo, dan});
+    }
 
-    void rowThatHasLentTheFocusStaysItself();
-    void rowThatHasLentTheFocusIsNotRecycledByScrolling();
-    void whenItsRowLeavesTheFocusComesBackToTheHeir();
-    void whenTheHeirLeavesAsWellTheFocusComesBackToTheNextHeir();
-    void whenTheListIsEmptiedTheFocusComesBackToTheColumn();
-    void focusLentWhileTheWindowIsInactiveComesBackToTheHeir();
-    void refreshDoesNotTakeTheLentFocusBack();
-    void focusThatComesBackDoesNotScroll();
-    void focusThatIsTakenForGoodIsNotKept();
-    void heirGetsTheFocusForTheReasonOfTheRowThatLeft();
+    void rowThatHasLentTheFocusStaysItself()
+    {
+        auto &dismiss = row(ben)->dismiss;
+        dismiss.setFocus();
+        lend();
+        list({eve, fay, cleo, ben, ana});
+        QCOMPARE(&row(ben)->dismiss, &dismiss);
+        dismiss.setFocus(Qt::PopupFocusReason);
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+        QVERIFY(row(ana)->hasFocus());
+    }
+
+    void rowThatHasLentTheFocusIsNotRecycledByScrolling()
+    {
+        m_people->ids = People(1'000).ids;
+        m_window->column.refresh();
+        auto &keep = m_window->row(1)->keep;
+        keep.setFocus();
+        lend();
+        for (int value = 0; value <= 30'000; value += 300)
+            m_window->scrollTo(value);
+        QVERIFY(m_window->row(1));
+        QCOMPARE(&m_window->row(1)->keep, &keep);
+    }
+
+    void whenItsRowLeavesTheFocusComesBackToTheHeir()
+    {
+        row(ben)->dismiss.setFocus();
+        lend();
+        list({ana, cleo, dan, eve, fay});
+        giveBack();
+        QVERIFY(row(cleo)->hasFocus()); // the whole row, not the button that would dismiss it
+    }
+
+    void whenTheHeirLeavesAsWellTheFocusComesBackToTheNextHeir()
+    {
+        row(ben)->dismiss.setFocus();
+        lend();
+        list({ana, cleo, dan});
+        list({ana, dan});
+        giveBack();
+        QVERIFY(row(dan)->hasFocus());
+    }
+
+    void whenTheListIsEmptiedTheFocusComesBackToTheColumn()
+    {
+        row(ben)->dismiss.setFocus();
+        lend();
+        list({});
+        list({eve});
+        giveBack();
+        QVERIFY(m_window->column.hasFocus());
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+        QVERIFY(row(eve)->hasFocus());
+    }
+
+    void focusLentWhileTheWindowIsInactiveComesBackToTheHeir()
+    {
+        row(ben)->dismiss.setFocus();
+        QWidget other;
+        other.show();
+        other.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&other));
+        lend();
+        list({ana, cleo, dan, eve, fay});
+        giveBack();
+        m_window->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
+        QTRY_VERIFY(row(cleo)->hasFocus());
+    }
+
+    void refreshDoesNotTakeTheLentFocusBack()
+    {
+        row(ben)->dismiss.setFocus();
+        lend();
+        for (const QStringList &names : {QStringList{ben, ana}, QStringList{ana}, QStringList{}, QStringList{eve}}) {
+            list(names);
+            QVERIFY(m_window->after.hasFocus());
+        }
+    }
+
+    void focusThatComesBackDoesNotScroll()
+    {
+        m_people->ids = People(1'000).ids;
+        m_window->column.refresh();
+        QTest::mouseClick(m_window->row(0), Qt::LeftButton, {}, {5, 5});
+        QPointer<QWidget> clicked = QApplication::focusWidget();
+        m_window->scrollTo(300);
+        lend();
+        clicked->setFocus(Qt::PopupFocusReason);
+        QVERIFY(m_window->row(0)->hasFocus());
+        QCOMPARE(m_window->column.verticalScrollBar()->value(), 300);
+    }
+
+    void focusThatIsTakenForGoodIsNotKept()
+    {
+        row(ben)->dismiss.setFocus();
+        m_window->after.setFocus(Qt::MouseFocusReason);
+        list({ana, cleo});
+        giveBack();
+        QVERIFY(m_window->column.hasFocus());
+    }
+
+    void heirGetsTheFocusForTheReasonOfTheRowThatLeft()
+    {
+        const FocusReasons reasons;
+        QTest::mouseClick(&row(ben)->dismiss, Qt::LeftButton);
+        list({ana, cleo, dan, eve});
+        QVERIFY(row(cleo)->hasFocus());
+        QCOMPARE(reasons.last, Qt::MouseFocusReason);
+        list({ana, dan, eve});
+        QVERIFY(row(dan)->hasFocus());
+        QCOMPARE(reasons.last, Qt::MouseFocusReason);
+
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+        lend();
+        list({ana, eve});
+        giveBack();
+        QVERIFY(row(eve)->hasFocus());
+        QCOMPARE(reasons.last, Qt::TabFocusReason);
+    }
 
 private:
     /// Takes the focus as an alert does.
@@ -54,137 +172,6 @@ private:
     std::unique_ptr<People> m_people;
     std::unique_ptr<PeopleWindow> m_window;
 };
-
-void LazyColumnLentFocusTest::init()
-{
-    m_window.reset();
-    m_people = std::make_unique<People>(0);
-    m_window = std::make_unique<PeopleWindow>(*m_people);
-    QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
-    list({ana, ben, cleo, dan});
-}
-
-void LazyColumnLentFocusTest::rowThatHasLentTheFocusStaysItself()
-{
-    auto &dismiss = row(ben)->dismiss;
-    dismiss.setFocus();
-    lend();
-    list({eve, fay, cleo, ben, ana});
-    QCOMPARE(&row(ben)->dismiss, &dismiss);
-    dismiss.setFocus(Qt::PopupFocusReason);
-    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
-    QVERIFY(row(ana)->hasFocus());
-}
-
-void LazyColumnLentFocusTest::rowThatHasLentTheFocusIsNotRecycledByScrolling()
-{
-    m_people->ids = People(1'000).ids;
-    m_window->column.refresh();
-    auto &keep = m_window->row(1)->keep;
-    keep.setFocus();
-    lend();
-    for (int value = 0; value <= 30'000; value += 300)
-        m_window->scrollTo(value);
-    QVERIFY(m_window->row(1));
-    QCOMPARE(&m_window->row(1)->keep, &keep);
-}
-
-void LazyColumnLentFocusTest::whenItsRowLeavesTheFocusComesBackToTheHeir()
-{
-    row(ben)->dismiss.setFocus();
-    lend();
-    list({ana, cleo, dan, eve, fay});
-    giveBack();
-    QVERIFY(row(cleo)->hasFocus()); // the whole row, not the button that would dismiss it
-}
-
-void LazyColumnLentFocusTest::whenTheHeirLeavesAsWellTheFocusComesBackToTheNextHeir()
-{
-    row(ben)->dismiss.setFocus();
-    lend();
-    list({ana, cleo, dan});
-    list({ana, dan});
-    giveBack();
-    QVERIFY(row(dan)->hasFocus());
-}
-
-void LazyColumnLentFocusTest::whenTheListIsEmptiedTheFocusComesBackToTheColumn()
-{
-    row(ben)->dismiss.setFocus();
-    lend();
-    list({});
-    list({eve});
-    giveBack();
-    QVERIFY(m_window->column.hasFocus());
-    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
-    QVERIFY(row(eve)->hasFocus());
-}
-
-void LazyColumnLentFocusTest::focusLentWhileTheWindowIsInactiveComesBackToTheHeir()
-{
-    row(ben)->dismiss.setFocus();
-    QWidget other;
-    other.show();
-    other.activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(&other));
-    lend();
-    list({ana, cleo, dan, eve, fay});
-    giveBack();
-    m_window->activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
-    QTRY_VERIFY(row(cleo)->hasFocus());
-}
-
-void LazyColumnLentFocusTest::refreshDoesNotTakeTheLentFocusBack()
-{
-    row(ben)->dismiss.setFocus();
-    lend();
-    for (const QStringList &names : {QStringList{ben, ana}, QStringList{ana}, QStringList{}, QStringList{eve}}) {
-        list(names);
-        QVERIFY(m_window->after.hasFocus());
-    }
-}
-
-void LazyColumnLentFocusTest::focusThatComesBackDoesNotScroll()
-{
-    m_people->ids = People(1'000).ids;
-    m_window->column.refresh();
-    QTest::mouseClick(m_window->row(0), Qt::LeftButton, {}, {5, 5});
-    QPointer<QWidget> clicked = QApplication::focusWidget();
-    m_window->scrollTo(300);
-    lend();
-    clicked->setFocus(Qt::PopupFocusReason);
-    QVERIFY(m_window->row(0)->hasFocus());
-    QCOMPARE(m_window->column.verticalScrollBar()->value(), 300);
-}
-
-void LazyColumnLentFocusTest::focusThatIsTakenForGoodIsNotKept()
-{
-    row(ben)->dismiss.setFocus();
-    m_window->after.setFocus(Qt::MouseFocusReason);
-    list({ana, cleo});
-    giveBack();
-    QVERIFY(m_window->column.hasFocus());
-}
-
-void LazyColumnLentFocusTest::heirGetsTheFocusForTheReasonOfTheRowThatLeft()
-{
-    const FocusReasons reasons;
-    QTest::mouseClick(&row(ben)->dismiss, Qt::LeftButton);
-    list({ana, cleo, dan, eve});
-    QVERIFY(row(cleo)->hasFocus());
-    QCOMPARE(reasons.last, Qt::MouseFocusReason);
-    list({ana, dan, eve});
-    QVERIFY(row(dan)->hasFocus());
-    QCOMPARE(reasons.last, Qt::MouseFocusReason);
-
-    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
-    lend();
-    list({ana, eve});
-    giveBack();
-    QVERIFY(row(eve)->hasFocus());
-    QCOMPARE(reasons.last, Qt::TabFocusReason);
-}
 
 QTEST_MAIN(LazyColumnLentFocusTest)
 #include "LazyColumnLentFocusTest.moc"

@@ -10,75 +10,53 @@ class WindowFrameAloneTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void init();
+    void init()
+    {
+        m_window.reset();
+        pointer::forgetEarlierClicks();
+        pointer::moveTo({5, 5});
+        m_window = std::make_unique<FramedWindow>();
+        QVERIFY(QTest::qWaitForWindowExposed(m_window.get()));
+        QTRY_COMPARE(m_window->geometry(), QRect(200, 200, 400, 300));
+    }
 
-    void draggingTheBackgroundMovesTheWindowUntilTheRelease();
-    void everyGripResizes_data();
-    void everyGripResizes();
-    void everyGripRefusesToShrinkBelowTheMinimum_data();
-    void everyGripRefusesToShrinkBelowTheMinimum();
-    void childrenWorkAfterTheWindowHasMoved();
-    void doubleClickLeavesTheGripsInReach();
+    void draggingTheBackgroundMovesTheWindowUntilTheRelease()
+    {
+        const QPoint from = m_window->background();
+        QVERIFY(pointer::dragWindow(*m_window, from, {150, 90}));
+        const QRect moved = m_window->geometry();
+        pointer::moveTo(from + QPoint(100, 60));
+        pointer::clickOn(m_window->button);
+        QCOMPARE(m_window->geometry(), moved);
+    }
+
+    void everyGripResizes_data() { addGripRows(); }
+
+    void everyGripResizes() { proveThatTheGripResizes(*m_window); }
+
+    void everyGripRefusesToShrinkBelowTheMinimum_data() { addGripRows(); }
+
+    void everyGripRefusesToShrinkBelowTheMinimum() { proveThatTheGripRefusesToShrinkBelowTheMinimum(*m_window); }
+
+    void childrenWorkAfterTheWindowHasMoved()
+    {
+        QVERIFY(pointer::dragWindow(*m_window, m_window->background(), {50, 50}));
+        QSignalSpy clicked(&m_window->button, &QPushButton::clicked);
+        pointer::clickOn(m_window->button);
+        QTRY_COMPARE(clicked.count(), 1);
+    }
+
+    void doubleClickLeavesTheGripsInReach()
+    {
+        pointer::doubleClickAt(m_window->background());
+        QTRY_VERIFY(m_window->isMaximized());
+        const QPoint from = grips[1].in(m_window->geometry());
+        QVERIFY(pointer::drag(from, from + QPoint(40, 0), [this] { return m_window->width() == 440; }));
+    }
 
 private:
     std::unique_ptr<FramedWindow> m_window;
 };
-
-void WindowFrameAloneTest::init()
-{
-    m_window.reset();
-    pointer::forgetEarlierClicks();
-    pointer::moveTo({5, 5});
-    m_window = std::make_unique<FramedWindow>();
-    QVERIFY(QTest::qWaitForWindowExposed(m_window.get()));
-    QTRY_COMPARE(m_window->geometry(), QRect(200, 200, 400, 300));
-}
-
-void WindowFrameAloneTest::draggingTheBackgroundMovesTheWindowUntilTheRelease()
-{
-    const QPoint from = m_window->background();
-    QVERIFY(pointer::dragWindow(*m_window, from, {150, 90}));
-    const QRect moved = m_window->geometry();
-    pointer::moveTo(from + QPoint(100, 60));
-    pointer::clickOn(m_window->button);
-    QCOMPARE(m_window->geometry(), moved);
-}
-
-void WindowFrameAloneTest::everyGripResizes_data()
-{
-    addGripRows();
-}
-
-void WindowFrameAloneTest::everyGripResizes()
-{
-    proveThatTheGripResizes(*m_window);
-}
-
-void WindowFrameAloneTest::everyGripRefusesToShrinkBelowTheMinimum_data()
-{
-    addGripRows();
-}
-
-void WindowFrameAloneTest::everyGripRefusesToShrinkBelowTheMinimum()
-{
-    proveThatTheGripRefusesToShrinkBelowTheMinimum(*m_window);
-}
-
-void WindowFrameAloneTest::childrenWorkAfterTheWindowHasMoved()
-{
-    QVERIFY(pointer::dragWindow(*m_window, m_window->background(), {50, 50}));
-    QSignalSpy clicked(&m_window->button, &QPushButton::clicked);
-    pointer::clickOn(m_window->button);
-    QTRY_COMPARE(clicked.count(), 1);
-}
-
-void WindowFrameAloneTest::doubleClickLeavesTheGripsInReach()
-{
-    pointer::doubleClickAt(m_window->background());
-    QTRY_VERIFY(m_window->isMaximized());
-    const QPoint from = grips[1].in(m_window->geometry());
-    QVERIFY(pointer::drag(from, from + QPoint(40, 0), [this] { return m_window->width() == 440; }));
-}
 
 QTEST_MAIN(WindowFrameAloneTest)
 #include "WindowFrameAloneTest.moc"

@@ -13,247 +13,203 @@ class WindowFrameTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
-    void cleanupTestCase();
-    void init();
+    void initTestCase() { m_windowManager = std::make_unique<WindowManager>(); }
 
-    void contentReachesTheTopEdge();
-    void draggingTheBackgroundMovesTheWindow();
-    void draggingALabelMovesTheWindow();
-    void draggingAChildThatWantsTheMouseDoesNotMove();
-    void aShortMovementIsNoDrag();
-    void childrenWorkAfterTheWindowHasMoved();
-    void everyGripResizes_data();
-    void everyGripResizes();
-    void everyGripRefusesToShrinkBelowTheMinimum_data();
-    void everyGripRefusesToShrinkBelowTheMinimum();
-    void everyGripShowsItsCursor_data();
-    void everyGripShowsItsCursor();
-    void aPressAtAGripDoesNotReachTheChildBeneath();
-    void doubleClickOnTheBackgroundMaximisesAndRestores();
-    void doubleClickOnADisabledButtonDoesNothing();
-    void maximisedWindowHasNoGrips();
-    void controlsMinimiseMaximiseRestoreAndClose();
-    void controlsAreNamedAndReachedByTab();
-    void controlsShowHoverPressAndFocus();
+    void cleanupTestCase()
+    {
+        m_window.reset();
+        m_windowManager.reset();
+    }
+
+    void init()
+    {
+        m_window.reset();
+        pointer::forgetEarlierClicks();
+        pointer::moveTo({5, 5});
+        m_window = std::make_unique<FramedWindow>();
+        QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
+        QTRY_COMPARE(m_window->geometry(), QRect(200, 200, 400, 300));
+    }
+
+    void contentReachesTheTopEdge() { QCOMPARE(m_window->frameGeometry(), m_window->geometry()); }
+
+    void draggingTheBackgroundMovesTheWindow()
+    {
+        QVERIFY(pointer::dragWindow(*m_window, m_window->background(), {150, 90}));
+        QCOMPARE(m_window->size(), QSize(400, 300));
+    }
+
+    void draggingALabelMovesTheWindow()
+    {
+        QVERIFY(pointer::dragWindow(*m_window, m_window->middleOf(m_window->label), {-80, -60}));
+    }
+
+    void draggingAChildThatWantsTheMouseDoesNotMove()
+    {
+        for (QWidget *child :
+             {static_cast<QWidget *>(&m_window->button), static_cast<QWidget *>(&m_window->disabled)}) {
+            const QPoint from = m_window->middleOf(*child);
+            pointer::drag(from, from + QPoint(60, 60), [] { return true; });
+            QCOMPARE(m_window->pos(), QPoint(200, 200));
+        }
+        const QPoint from = m_window->field.mapToGlobal(QPoint(2, 10));
+        QVERIFY(pointer::drag(from, from + QPoint(200, 0), [this] { return m_window->field.hasSelectedText(); }));
+        QCOMPARE(m_window->pos(), QPoint(200, 200));
+    }
+
+    void aShortMovementIsNoDrag()
+    {
+        const QPoint from = m_window->background();
+        pointer::drag(from, from + QPoint(3, 3), [] { return true; });
+        QCOMPARE(m_window->pos(), QPoint(200, 200));
+    }
+
+    void childrenWorkAfterTheWindowHasMoved()
+    {
+        QVERIFY(pointer::dragWindow(*m_window, m_window->background(), {50, 50}));
+        const QPoint moved = m_window->pos();
+        QSignalSpy clicked(&m_window->button, &QPushButton::clicked);
+        pointer::moveTo(m_window->middleOf(m_window->button));
+        QTRY_VERIFY(m_window->button.underMouse());
+        QVERIFY(!m_window->button.isDown());
+        pointer::press();
+        QTRY_VERIFY(m_window->button.isDown());
+        pointer::release();
+        QTRY_COMPARE(clicked.count(), 1);
+        QCOMPARE(m_window->pos(), moved);
+    }
+
+    void everyGripResizes_data() { addGripRows(); }
+
+    void everyGripResizes() { proveThatTheGripResizes(*m_window); }
+
+    void everyGripRefusesToShrinkBelowTheMinimum_data() { addGripRows(); }
+
+    void everyGripRefusesToShrinkBelowTheMinimum() { proveThatTheGripRefusesToShrinkBelowTheMinimum(*m_window); }
+
+    void everyGripShowsItsCursor_data() { addGripRows(); }
+
+    void everyGripShowsItsCursor()
+    {
+        const Grip &grip = currentGrip();
+        pointer::moveTo(m_window->background());
+        QVERIFY(!QGuiApplication::overrideCursor());
+        pointer::moveTo(grip.in(m_window->geometry()));
+        QTRY_VERIFY(QGuiApplication::overrideCursor());
+        QCOMPARE(QGuiApplication::overrideCursor()->shape(), grip.cursor);
+        pointer::moveTo(m_window->middleOf(m_window->field));
+        QTRY_VERIFY(!QGuiApplication::overrideCursor());
+        pointer::moveTo(grip.in(m_window->geometry()));
+        QTRY_VERIFY(QGuiApplication::overrideCursor());
+        pointer::moveTo({5, 5});
+        QTRY_VERIFY(!QGuiApplication::overrideCursor());
+    }
+
+    void aPressAtAGripDoesNotReachTheChildBeneath()
+    {
+        QPushButton atTheEdge(m_window.get());
+        atTheEdge.setGeometry(0, 100, 60, 60);
+        atTheEdge.show();
+        QSignalSpy pressed(&atTheEdge, &QPushButton::pressed);
+        pointer::clickAt(m_window->mapToGlobal(QPoint(ClientSideFrame::gripThickness - 1, 130)));
+        pointer::clickAt(m_window->mapToGlobal(QPoint(ClientSideFrame::gripThickness + 1, 130)));
+        QTRY_COMPARE(pressed.count(), 1);
+        QCOMPARE(m_window->size(), QSize(400, 300));
+    }
+
+    void doubleClickOnTheBackgroundMaximisesAndRestores()
+    {
+        pointer::doubleClickAt(m_window->background());
+        QTRY_VERIFY(m_window->isMaximized());
+        QTRY_COMPARE(m_window->geometry(), m_window->screen()->availableGeometry());
+        pointer::doubleClickAt(m_window->background());
+        QTRY_COMPARE(m_window->geometry(), QRect(200, 200, 400, 300));
+        QVERIFY(!m_window->isMaximized());
+    }
+
+    void doubleClickOnADisabledButtonDoesNothing()
+    {
+        pointer::doubleClickAt(m_window->middleOf(m_window->disabled));
+        pointer::clickOn(m_window->button); // a round trip through the window manager and back
+        QTRY_VERIFY(m_window->button.hasFocus());
+        QVERIFY(!m_window->isMaximized());
+    }
+
+    void maximisedWindowHasNoGrips()
+    {
+        m_window->showMaximized();
+        QTRY_COMPARE(m_window->geometry(), m_window->screen()->availableGeometry());
+        const QRect full = m_window->geometry();
+        for (const Grip &grip : grips) {
+            pointer::moveTo(grip.in(full));
+            QVERIFY(!QGuiApplication::overrideCursor());
+        }
+    }
+
+    void controlsMinimiseMaximiseRestoreAndClose()
+    {
+        const auto control = [this](const QString &name) {
+            for (QPushButton *button : m_window->controls.findChildren<QPushButton *>())
+                if (button->accessibleName() == name)
+                    return button;
+            return static_cast<QPushButton *>(nullptr);
+        };
+        pointer::clickOn(*control(QStringLiteral("Maximize")));
+        QTRY_COMPARE(m_window->geometry(), m_window->screen()->availableGeometry());
+        QTRY_VERIFY(control(QStringLiteral("Restore")));
+        QVERIFY(!control(QStringLiteral("Maximize")));
+        pointer::clickOn(*control(QStringLiteral("Restore")));
+        QTRY_COMPARE(m_window->geometry(), QRect(200, 200, 400, 300));
+        QTRY_VERIFY(control(QStringLiteral("Maximize")));
+
+        pointer::clickOn(*control(QStringLiteral("Minimize")));
+        QTRY_VERIFY(pointer::isIconified(*m_window) && !m_window->windowHandle()->isExposed());
+        QVERIFY(m_window->isMinimized());
+        m_window->showNormal();
+        QTRY_VERIFY(!pointer::isIconified(*m_window) && m_window->windowHandle()->isExposed());
+
+        pointer::clickOn(*control(QStringLiteral("Close")));
+        QTRY_VERIFY(!m_window->isVisible());
+    }
+
+    void controlsAreNamedAndReachedByTab()
+    {
+        m_window->disabled.setEnabled(true);
+        m_window->disabled.setFocus();
+        for (const char *name : {"Minimize", "Maximize", "Close"}) {
+            QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+            const QAccessibleInterface *control = QAccessible::queryAccessibleInterface(QApplication::focusWidget());
+            QCOMPARE(control->text(QAccessible::Name), QString::fromLatin1(name));
+            QCOMPARE(control->role(), QAccessible::Button);
+        }
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Space);
+        QTRY_VERIFY(!m_window->isVisible());
+    }
+
+    void controlsShowHoverPressAndFocus()
+    {
+        m_window->controls.setColors({Qt::black, Qt::yellow, Qt::green, Qt::white, Qt::red, Qt::darkRed, Qt::blue});
+        m_window->field.setFocus();
+        QPushButton &minimize = *m_window->controls.findChildren<QPushButton *>().first();
+        const auto face = [&minimize] { return minimize.grab().toImage().pixelColor(8, 8); };
+        const auto ring = [&minimize] { return minimize.grab().toImage().pixelColor(minimize.width() / 2, 1); };
+        const QColor rest = face();
+        pointer::moveTo(m_window->middleOf(minimize));
+        QTRY_COMPARE(face(), QColor(Qt::yellow));
+        pointer::press();
+        QTRY_COMPARE(face(), QColor(Qt::green));
+        pointer::moveTo(m_window->background());
+        pointer::release();
+        QTRY_COMPARE(face(), rest);
+        QVERIFY(ring() != QColor(Qt::blue));
+        minimize.setFocus(Qt::TabFocusReason);
+        QTRY_COMPARE(ring(), QColor(Qt::blue));
+    }
 
 private:
     std::unique_ptr<WindowManager> m_windowManager;
     std::unique_ptr<FramedWindow> m_window;
 };
-
-void WindowFrameTest::initTestCase()
-{
-    m_windowManager = std::make_unique<WindowManager>();
-}
-
-void WindowFrameTest::cleanupTestCase()
-{
-    m_window.reset();
-    m_windowManager.reset();
-}
-
-void WindowFrameTest::init()
-{
-    m_window.reset();
-    pointer::forgetEarlierClicks();
-    pointer::moveTo({5, 5});
-    m_window = std::make_unique<FramedWindow>();
-    QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
-    QTRY_COMPARE(m_window->geometry(), QRect(200, 200, 400, 300));
-}
-
-void WindowFrameTest::contentReachesTheTopEdge()
-{
-    QCOMPARE(m_window->frameGeometry(), m_window->geometry());
-}
-
-void WindowFrameTest::draggingTheBackgroundMovesTheWindow()
-{
-    QVERIFY(pointer::dragWindow(*m_window, m_window->background(), {150, 90}));
-    QCOMPARE(m_window->size(), QSize(400, 300));
-}
-
-void WindowFrameTest::draggingALabelMovesTheWindow()
-{
-    QVERIFY(pointer::dragWindow(*m_window, m_window->middleOf(m_window->label), {-80, -60}));
-}
-
-void WindowFrameTest::draggingAChildThatWantsTheMouseDoesNotMove()
-{
-    for (QWidget *child : {static_cast<QWidget *>(&m_window->button), static_cast<QWidget *>(&m_window->disabled)}) {
-        const QPoint from = m_window->middleOf(*child);
-        pointer::drag(from, from + QPoint(60, 60), [] { return true; });
-        QCOMPARE(m_window->pos(), QPoint(200, 200));
-    }
-    const QPoint from = m_window->field.mapToGlobal(QPoint(2, 10));
-    QVERIFY(pointer::drag(from, from + QPoint(200, 0), [this] { return m_window->field.hasSelectedText(); }));
-    QCOMPARE(m_window->pos(), QPoint(200, 200));
-}
-
-void WindowFrameTest::aShortMovementIsNoDrag()
-{
-    const QPoint from = m_window->background();
-    pointer::drag(from, from + QPoint(3, 3), [] { return true; });
-    QCOMPARE(m_window->pos(), QPoint(200, 200));
-}
-
-void WindowFrameTest::childrenWorkAfterTheWindowHasMoved()
-{
-    QVERIFY(pointer::dragWindow(*m_window, m_window->background(), {50, 50}));
-    const QPoint moved = m_window->pos();
-    QSignalSpy clicked(&m_window->button, &QPushButton::clicked);
-    pointer::moveTo(m_window->middleOf(m_window->button));
-    QTRY_VERIFY(m_window->button.underMouse());
-    QVERIFY(!m_window->button.isDown());
-    pointer::press();
-    QTRY_VERIFY(m_window->button.isDown());
-    pointer::release();
-    QTRY_COMPARE(clicked.count(), 1);
-    QCOMPARE(m_window->pos(), moved);
-}
-
-void WindowFrameTest::everyGripResizes_data()
-{
-    addGripRows();
-}
-
-void WindowFrameTest::everyGripResizes()
-{
-    proveThatTheGripResizes(*m_window);
-}
-
-void WindowFrameTest::everyGripRefusesToShrinkBelowTheMinimum_data()
-{
-    addGripRows();
-}
-
-void WindowFrameTest::everyGripRefusesToShrinkBelowTheMinimum()
-{
-    proveThatTheGripRefusesToShrinkBelowTheMinimum(*m_window);
-}
-
-void WindowFrameTest::everyGripShowsItsCursor_data()
-{
-    addGripRows();
-}
-
-void WindowFrameTest::everyGripShowsItsCursor()
-{
-    const Grip &grip = currentGrip();
-    pointer::moveTo(m_window->background());
-    QVERIFY(!QGuiApplication::overrideCursor());
-    pointer::moveTo(grip.in(m_window->geometry()));
-    QTRY_VERIFY(QGuiApplication::overrideCursor());
-    QCOMPARE(QGuiApplication::overrideCursor()->shape(), grip.cursor);
-    pointer::moveTo(m_window->middleOf(m_window->field));
-    QTRY_VERIFY(!QGuiApplication::overrideCursor());
-    pointer::moveTo(grip.in(m_window->geometry()));
-    QTRY_VERIFY(QGuiApplication::overrideCursor());
-    pointer::moveTo({5, 5});
-    QTRY_VERIFY(!QGuiApplication::overrideCursor());
-}
-
-void WindowFrameTest::aPressAtAGripDoesNotReachTheChildBeneath()
-{
-    QPushButton atTheEdge(m_window.get());
-    atTheEdge.setGeometry(0, 100, 60, 60);
-    atTheEdge.show();
-    QSignalSpy pressed(&atTheEdge, &QPushButton::pressed);
-    pointer::clickAt(m_window->mapToGlobal(QPoint(ClientSideFrame::gripThickness - 1, 130)));
-    pointer::clickAt(m_window->mapToGlobal(QPoint(ClientSideFrame::gripThickness + 1, 130)));
-    QTRY_COMPARE(pressed.count(), 1);
-    QCOMPARE(m_window->size(), QSize(400, 300));
-}
-
-void WindowFrameTest::doubleClickOnTheBackgroundMaximisesAndRestores()
-{
-    pointer::doubleClickAt(m_window->background());
-    QTRY_VERIFY(m_window->isMaximized());
-    QTRY_COMPARE(m_window->geometry(), m_window->screen()->availableGeometry());
-    pointer::doubleClickAt(m_window->background());
-    QTRY_COMPARE(m_window->geometry(), QRect(200, 200, 400, 300));
-    QVERIFY(!m_window->isMaximized());
-}
-
-void WindowFrameTest::doubleClickOnADisabledButtonDoesNothing()
-{
-    pointer::doubleClickAt(m_window->middleOf(m_window->disabled));
-    pointer::clickOn(m_window->button); // a round trip through the window manager and back
-    QTRY_VERIFY(m_window->button.hasFocus());
-    QVERIFY(!m_window->isMaximized());
-}
-
-void WindowFrameTest::maximisedWindowHasNoGrips()
-{
-    m_window->showMaximized();
-    QTRY_COMPARE(m_window->geometry(), m_window->screen()->availableGeometry());
-    const QRect full = m_window->geometry();
-    for (const Grip &grip : grips) {
-        pointer::moveTo(grip.in(full));
-        QVERIFY(!QGuiApplication::overrideCursor());
-    }
-}
-
-void WindowFrameTest::controlsMinimiseMaximiseRestoreAndClose()
-{
-    const auto control = [this](const QString &name) {
-        for (QPushButton *button : m_window->controls.findChildren<QPushButton *>())
-            if (button->accessibleName() == name)
-                return button;
-        return static_cast<QPushButton *>(nullptr);
-    };
-    pointer::clickOn(*control(QStringLiteral("Maximize")));
-    QTRY_COMPARE(m_window->geometry(), m_window->screen()->availableGeometry());
-    QTRY_VERIFY(control(QStringLiteral("Restore")));
-    QVERIFY(!control(QStringLiteral("Maximize")));
-    pointer::clickOn(*control(QStringLiteral("Restore")));
-    QTRY_COMPARE(m_window->geometry(), QRect(200, 200, 400, 300));
-    QTRY_VERIFY(control(QStringLiteral("Maximize")));
-
-    pointer::clickOn(*control(QStringLiteral("Minimize")));
-    QTRY_VERIFY(pointer::isIconified(*m_window) && !m_window->windowHandle()->isExposed());
-    QVERIFY(m_window->isMinimized());
-    m_window->showNormal();
-    QTRY_VERIFY(!pointer::isIconified(*m_window) && m_window->windowHandle()->isExposed());
-
-    pointer::clickOn(*control(QStringLiteral("Close")));
-    QTRY_VERIFY(!m_window->isVisible());
-}
-
-void WindowFrameTest::controlsAreNamedAndReachedByTab()
-{
-    m_window->disabled.setEnabled(true);
-    m_window->disabled.setFocus();
-    for (const char *name : {"Minimize", "Maximize", "Close"}) {
-        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
-        const QAccessibleInterface *control = QAccessible::queryAccessibleInterface(QApplication::focusWidget());
-        QCOMPARE(control->text(QAccessible::Name), QString::fromLatin1(name));
-        QCOMPARE(control->role(), QAccessible::Button);
-    }
-    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Space);
-    QTRY_VERIFY(!m_window->isVisible());
-}
-
-void WindowFrameTest::controlsShowHoverPressAndFocus()
-{
-    m_window->controls.setColors({Qt::black, Qt::yellow, Qt::green, Qt::white, Qt::red, Qt::darkRed, Qt::blue});
-    m_window->field.setFocus();
-    QPushButton &minimize = *m_window->controls.findChildren<QPushButton *>().first();
-    const auto face = [&minimize] { return minimize.grab().toImage().pixelColor(8, 8); };
-    const auto ring = [&minimize] { return minimize.grab().toImage().pixelColor(minimize.width() / 2, 1); };
-    const QColor rest = face();
-    pointer::moveTo(m_window->middleOf(minimize));
-    QTRY_COMPARE(face(), QColor(Qt::yellow));
-    pointer::press();
-    QTRY_COMPARE(face(), QColor(Qt::green));
-    pointer::moveTo(m_window->background());
-    pointer::release();
-    QTRY_COMPARE(face(), rest);
-    QVERIFY(ring() != QColor(Qt::blue));
-    minimize.setFocus(Qt::TabFocusReason);
-    QTRY_COMPARE(ring(), QColor(Qt::blue));
-}
 
 QTEST_MAIN(WindowFrameTest)
 #include "WindowFrameTest.moc"

@@ -20,13 +20,72 @@ public:
     explicit AlertWindowTest(AmbrelMacApp &application) : m_application(application) {}
 
 private Q_SLOTS:
-    void init();
+    void init()
+    {
+        pointer::forgetEarlierClicks();
+        pointer::moveTo({5, 5});
+        m_window = m_application.openWindow();
+        QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
+        QTRY_COMPARE(m_window->geometry(), QRect(320, 170, 1280, 860));
+        state().showSeeMeFlash = false;
+        state().incomingSeeMe = SeeMeMessage{.id = QStringLiteral("1"),
+                                             .fromUserId = QStringLiteral("ana"),
+                                             .toUserId = QStringLiteral("sam"),
+                                             .body = QStringLiteral("Look left!"),
+                                             .createdAt = std::nullopt};
+        QTRY_VERIFY(alert());
+    }
+
     void cleanup() { m_window.reset(); }
 
-    void draggingBesideTheSheetMovesTheWindowAndDismissesNothing();
-    void draggingTheSheetDoesNotMoveTheWindow();
-    void doubleClickBesideTheSheetMaximises();
-    void windowControlsWorkAboveTheAlert();
+    void draggingBesideTheSheetMovesTheWindowAndDismissesNothing()
+    {
+        state().showSeeMeFlash = true;
+        QTRY_VERIFY(flash());
+        QVERIFY(pointer::dragWindow(*m_window, besideTheSheet(), {-80, 50}));
+        QVERIFY(state().incomingSeeMe.value());
+        QVERIFY(state().showSeeMeFlash);
+        pointer::clickAt(besideTheSheet()); // a click still ends the flash
+        QTRY_VERIFY(!state().showSeeMeFlash);
+        QVERIFY(state().incomingSeeMe.value());
+        QTRY_VERIFY(!flash());
+        pointer::clickOn(*control(QStringLiteral("Close"))); // the flash no longer covers it
+        QTRY_VERIFY(!m_window->isVisible());
+    }
+
+    void draggingTheSheetDoesNotMoveTheWindow()
+    {
+        const QPoint from = sheet()->mapToGlobal(QPoint(10, 10));
+        const QPoint to = from + QPoint(60, 60);
+        QVERIFY(pointer::drag(from, to, [] { return true; }));
+        pointer::clickOn(*sheet()); // a round trip
+        QCOMPARE(m_window->pos(), QPoint(320, 170));
+        QVERIFY(state().incomingSeeMe.value());
+    }
+
+    void doubleClickBesideTheSheetMaximises()
+    {
+        pointer::doubleClickAt(besideTheSheet());
+        QTRY_COMPARE(m_window->geometry(), m_window->screen()->availableGeometry());
+        QVERIFY(state().incomingSeeMe.value());
+    }
+
+    void windowControlsWorkAboveTheAlert()
+    {
+        pointer::clickOn(*control(QStringLiteral("Maximize")));
+        QTRY_COMPARE(m_window->geometry(), m_window->screen()->availableGeometry());
+        QVERIFY(alert()->isAncestorOf(QApplication::focusWidget()));
+        QTRY_VERIFY(control(QStringLiteral("Restore")));
+        pointer::clickOn(*control(QStringLiteral("Restore")));
+        QTRY_COMPARE(m_window->geometry(), QRect(320, 170, 1280, 860));
+
+        pointer::clickOn(*control(QStringLiteral("Minimize")));
+        QTRY_VERIFY(pointer::isIconified(*m_window));
+        m_window->showNormal();
+        QTRY_VERIFY(!pointer::isIconified(*m_window) && m_window->windowHandle()->isExposed());
+        pointer::clickOn(*control(QStringLiteral("Close")));
+        QTRY_VERIFY(!m_window->isVisible());
+    }
 
 private:
     AmbrelAppState &state() { return ViewEnvironment::of(*m_window).state(); }
@@ -47,71 +106,6 @@ private:
     const WindowManager m_windowManager;
     std::unique_ptr<QWidget> m_window;
 };
-
-void AlertWindowTest::init()
-{
-    pointer::forgetEarlierClicks();
-    pointer::moveTo({5, 5});
-    m_window = m_application.openWindow();
-    QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
-    QTRY_COMPARE(m_window->geometry(), QRect(320, 170, 1280, 860));
-    state().showSeeMeFlash = false;
-    state().incomingSeeMe = SeeMeMessage{.id = QStringLiteral("1"),
-                                         .fromUserId = QStringLiteral("ana"),
-                                         .toUserId = QStringLiteral("sam"),
-                                         .body = QStringLiteral("Look left!"),
-                                         .createdAt = std::nullopt};
-    QTRY_VERIFY(alert());
-}
-
-void AlertWindowTest::draggingBesideTheSheetMovesTheWindowAndDismissesNothing()
-{
-    state().showSeeMeFlash = true;
-    QTRY_VERIFY(flash());
-    QVERIFY(pointer::dragWindow(*m_window, besideTheSheet(), {-80, 50}));
-    QVERIFY(state().incomingSeeMe.value());
-    QVERIFY(state().showSeeMeFlash);
-    pointer::clickAt(besideTheSheet()); // a click still ends the flash
-    QTRY_VERIFY(!state().showSeeMeFlash);
-    QVERIFY(state().incomingSeeMe.value());
-    QTRY_VERIFY(!flash());
-    pointer::clickOn(*control(QStringLiteral("Close"))); // the flash no longer covers it
-    QTRY_VERIFY(!m_window->isVisible());
-}
-
-void AlertWindowTest::draggingTheSheetDoesNotMoveTheWindow()
-{
-    const QPoint from = sheet()->mapToGlobal(QPoint(10, 10));
-    const QPoint to = from + QPoint(60, 60);
-    QVERIFY(pointer::drag(from, to, [] { return true; }));
-    pointer::clickOn(*sheet()); // a round trip
-    QCOMPARE(m_window->pos(), QPoint(320, 170));
-    QVERIFY(state().incomingSeeMe.value());
-}
-
-void AlertWindowTest::doubleClickBesideTheSheetMaximises()
-{
-    pointer::doubleClickAt(besideTheSheet());
-    QTRY_COMPARE(m_window->geometry(), m_window->screen()->availableGeometry());
-    QVERIFY(state().incomingSeeMe.value());
-}
-
-void AlertWindowTest::windowControlsWorkAboveTheAlert()
-{
-    pointer::clickOn(*control(QStringLiteral("Maximize")));
-    QTRY_COMPARE(m_window->geometry(), m_window->screen()->availableGeometry());
-    QVERIFY(alert()->isAncestorOf(QApplication::focusWidget()));
-    QTRY_VERIFY(control(QStringLiteral("Restore")));
-    pointer::clickOn(*control(QStringLiteral("Restore")));
-    QTRY_COMPARE(m_window->geometry(), QRect(320, 170, 1280, 860));
-
-    pointer::clickOn(*control(QStringLiteral("Minimize")));
-    QTRY_VERIFY(pointer::isIconified(*m_window));
-    m_window->showNormal();
-    QTRY_VERIFY(!pointer::isIconified(*m_window) && m_window->windowHandle()->isExposed());
-    pointer::clickOn(*control(QStringLiteral("Close")));
-    QTRY_VERIFY(!m_window->isVisible());
-}
 
 int main(int argc, char **argv)
 {

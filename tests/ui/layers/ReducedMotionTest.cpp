@@ -52,39 +52,37 @@ class ReducedMotionTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void followsTheDesktopAndSkipsTheFade();
+    void followsTheDesktopAndSkipsTheFade()
+    {
+        QVERIFY(!isMotionReduced()); // nobody has been asked
+
+        FakePortal portal;
+        auto bus = portalBus();
+        QVERIFY(bus.registerObject(QStringLiteral("/org/freedesktop/portal/desktop"), &portal,
+                                   QDBusConnection::ExportAllSlots | QDBusConnection::ExportAllSignals));
+        QVERIFY(bus.registerService(QStringLiteral("org.freedesktop.portal.Desktop")));
+        watchReducedMotion();
+        QTRY_VERIFY(isMotionReduced());
+
+        QWidget window;
+        window.resize(400, 300);
+        window.show();
+        const QPointer<SeeMeFlashOverlay> overlay = new SeeMeFlashOverlay([] {}, &window);
+        QVERIFY(overlay->findChild<AmbrelLogo *>()->isVisible()); // whole at once
+        overlay->remove();
+        QVERIFY(overlay->isHidden()); // gone at once
+        QTRY_VERIFY(!overlay);
+
+        Q_EMIT portal.SettingChanged(group, key, QDBusVariant(true));
+        QTRY_VERIFY(!isMotionReduced());
+        const QPointer<SeeMeFlashOverlay> fading = new SeeMeFlashOverlay([] {}, &window);
+        QVERIFY(!fading->findChild<AmbrelLogo *>()->isVisible()); // a picture of it fades in first
+        QTRY_VERIFY(fading->findChild<AmbrelLogo *>()->isVisible());
+        fading->remove();
+        QVERIFY(!fading->isHidden()); // it fades out
+        QTRY_VERIFY(!fading);
+    }
 };
-
-void ReducedMotionTest::followsTheDesktopAndSkipsTheFade()
-{
-    QVERIFY(!isMotionReduced()); // nobody has been asked
-
-    FakePortal portal;
-    auto bus = portalBus();
-    QVERIFY(bus.registerObject(QStringLiteral("/org/freedesktop/portal/desktop"), &portal,
-                               QDBusConnection::ExportAllSlots | QDBusConnection::ExportAllSignals));
-    QVERIFY(bus.registerService(QStringLiteral("org.freedesktop.portal.Desktop")));
-    watchReducedMotion();
-    QTRY_VERIFY(isMotionReduced());
-
-    QWidget window;
-    window.resize(400, 300);
-    window.show();
-    const QPointer<SeeMeFlashOverlay> overlay = new SeeMeFlashOverlay([] {}, &window);
-    QVERIFY(overlay->findChild<AmbrelLogo *>()->isVisible()); // whole at once
-    overlay->remove();
-    QVERIFY(overlay->isHidden()); // gone at once
-    QTRY_VERIFY(!overlay);
-
-    Q_EMIT portal.SettingChanged(group, key, QDBusVariant(true));
-    QTRY_VERIFY(!isMotionReduced());
-    const QPointer<SeeMeFlashOverlay> fading = new SeeMeFlashOverlay([] {}, &window);
-    QVERIFY(!fading->findChild<AmbrelLogo *>()->isVisible()); // a picture of it fades in first
-    QTRY_VERIFY(fading->findChild<AmbrelLogo *>()->isVisible());
-    fading->remove();
-    QVERIFY(!fading->isHidden()); // it fades out
-    QTRY_VERIFY(!fading);
-}
 
 QTEST_MAIN(ReducedMotionTest)
 #include "ReducedMotionTest.moc"

@@ -105,116 +105,111 @@ class BrandMarkTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void everyLayerStandsWhereItsGeometrySays_data();
-    void everyLayerStandsWhereItsGeometrySays();
-    void allPartsScaleLinearlyWithTheSize();
-    void shapesDrawFromZeroWhateverTheOriginOfTheirRectangle();
-    void outlinesAreMirrorSymmetric();
-    void shadowFadesAroundAPointSevenPixelsBelowTheMark();
-    void screenReadersSeeAGraphicNamedAmbrel();
+    void everyLayerStandsWhereItsGeometrySays_data()
+    {
+        QTest::addColumn<int>("size");
+        QTest::addColumn<qreal>("scale");
+        QTest::addColumn<bool>("inverted");
+        for (const int size : {52, 82, 94, 160}) {
+            for (const qreal scale : {1.0, 1.25, 1.5, 2.0}) {
+                for (const bool inverted : {false, true})
+                    QTest::addRow("%d at %g%s", size, scale, inverted ? " inverted" : "") << size << scale << inverted;
+            }
+        }
+    }
+
+    void everyLayerStandsWhereItsGeometrySays()
+    {
+        QFETCH(int, size);
+        QFETCH(qreal, scale);
+        QFETCH(bool, inverted);
+
+        const QColor ground(20, 200, 90);
+        AmbrelLogo logo(size, inverted);
+        QImage image((QSizeF(logo.size()) * scale).toSize(), QImage::Format_RGB32);
+        image.setDevicePixelRatio(scale);
+        image.fill(ground);
+        logo.render(&image, {}, {}, QWidget::DrawChildren);
+
+        const ExpectedMark expected(size * scale, inverted);
+        double total = 0;
+        for (int row = 0; row < image.height(); ++row) {
+            for (int column = 0; column < image.width(); ++column) {
+                const QColor shown = image.pixelColor(column, row);
+                const auto wanted = expected.pixel(column, row, ground);
+                const double difference =
+                    std::max({std::abs(shown.red() - wanted[0]), std::abs(shown.green() - wanted[1]),
+                              std::abs(shown.blue() - wanted[2])});
+                QVERIFY2(difference < 45,
+                         qPrintable(QStringLiteral("%1 at %2, %3").arg(difference).arg(column).arg(row)));
+                total += difference;
+            }
+        }
+        QVERIFY(total / (image.width() * image.height()) < 2); // nothing but the smoothing of edges differs
+    }
+
+    void allPartsScaleLinearlyWithTheSize()
+    {
+        constexpr double size = 52;
+        QCOMPARE(theme::logoStrokeWidth * size, 2.86);
+        QCOMPARE(theme::logoHeartSize * size, 29.12);
+
+        const QRectF small = HeartPinShape().path(QRectF(0, 0, 29.12, 29.12)).boundingRect();
+        const QRectF large = HeartPinShape().path(QRectF(0, 0, 291.2, 291.2)).boundingRect();
+        QCOMPARE(large.width(), 10 * small.width());
+        QCOMPARE(large.top(), 10 * small.top());
+
+        AmbrelLogo logo(52);
+        QCOMPARE(logo.size(), QSize(52, 52));
+    }
+
+    void shapesDrawFromZeroWhateverTheOriginOfTheirRectangle()
+    {
+        const QRectF atZero(0, 0, 40, 60);
+        const QRectF elsewhere = atZero.translated(17, -5);
+        QCOMPARE(HeartPinShape().path(elsewhere), HeartPinShape().path(atZero));
+        QCOMPARE(PinCutoutShape().path(elsewhere), PinCutoutShape().path(atZero));
+        QCOMPARE(HeartPinShape().path(elsewhere).elementAt(0), QPointF(20, 0.76 * 60));
+        QCOMPARE(PinCutoutShape().path(elsewhere).elementAt(0), QPointF(20, 0.94 * 60));
+    }
+
+    void outlinesAreMirrorSymmetric()
+    {
+        for (const QPainterPath &path : {HeartPinShape().path({0, 0, 1, 1}), PinCutoutShape().path({0, 0, 1, 1})}) {
+            for (double t = 0; t <= 0.5; t += 0.05) {
+                const QPointF left = path.pointAtPercent(t);
+                const QPointF right = path.pointAtPercent(1 - t);
+                QVERIFY(std::abs(left.x() + right.x() - 1) < 0.01);
+                QVERIFY(std::abs(left.y() - right.y()) < 0.01);
+            }
+        }
+    }
+
+    void shadowFadesAroundAPointSevenPixelsBelowTheMark()
+    {
+        QImage image(160, 160, QImage::Format_ARGB32_Premultiplied);
+        image.fill(Qt::transparent);
+        QPainter painter(&image);
+        paintDiscShadow(painter, QRectF(40, 40, 80, 80), theme::logoShadow, theme::logoShadowBlur,
+                        theme::logoShadowOffset);
+        painter.end();
+        const auto alpha = [&image](int x, int y) { return image.pixelColor(x, y).alphaF(); };
+
+        QVERIFY(std::abs(alpha(80, 87) - 0.13) < 0.01);                    // full strength inside
+        QVERIFY(std::abs(alpha(80, 87 + 40) - 0.065) < 0.012);             // half at the rim
+        QVERIFY(std::abs(alpha(80, 87 + 40) - alpha(80, 87 - 41)) < 0.01); // centred 7 pixels down
+        QCOMPARE(alpha(80, 87 + 40 + 15), 0.0F);                           // gone after the blur
+        QVERIFY(alpha(80, 87 + 36) > alpha(80, 87 + 44));
+    }
+
+    void screenReadersSeeAGraphicNamedAmbrel()
+    {
+        AmbrelLogo logo(52);
+        auto *const accessible = QAccessible::queryAccessibleInterface(&logo);
+        QCOMPARE(accessible->role(), QAccessible::Graphic);
+        QCOMPARE(accessible->text(QAccessible::Name), QStringLiteral("Ambrel"));
+    }
 };
-
-void BrandMarkTest::everyLayerStandsWhereItsGeometrySays_data()
-{
-    QTest::addColumn<int>("size");
-    QTest::addColumn<qreal>("scale");
-    QTest::addColumn<bool>("inverted");
-    for (const int size : {52, 82, 94, 160}) {
-        for (const qreal scale : {1.0, 1.25, 1.5, 2.0}) {
-            for (const bool inverted : {false, true})
-                QTest::addRow("%d at %g%s", size, scale, inverted ? " inverted" : "") << size << scale << inverted;
-        }
-    }
-}
-
-void BrandMarkTest::everyLayerStandsWhereItsGeometrySays()
-{
-    QFETCH(int, size);
-    QFETCH(qreal, scale);
-    QFETCH(bool, inverted);
-
-    const QColor ground(20, 200, 90);
-    AmbrelLogo logo(size, inverted);
-    QImage image((QSizeF(logo.size()) * scale).toSize(), QImage::Format_RGB32);
-    image.setDevicePixelRatio(scale);
-    image.fill(ground);
-    logo.render(&image, {}, {}, QWidget::DrawChildren);
-
-    const ExpectedMark expected(size * scale, inverted);
-    double total = 0;
-    for (int row = 0; row < image.height(); ++row) {
-        for (int column = 0; column < image.width(); ++column) {
-            const QColor shown = image.pixelColor(column, row);
-            const auto wanted = expected.pixel(column, row, ground);
-            const double difference = std::max({std::abs(shown.red() - wanted[0]), std::abs(shown.green() - wanted[1]),
-                                                std::abs(shown.blue() - wanted[2])});
-            QVERIFY2(difference < 45, qPrintable(QStringLiteral("%1 at %2, %3").arg(difference).arg(column).arg(row)));
-            total += difference;
-        }
-    }
-    QVERIFY(total / (image.width() * image.height()) < 2); // nothing but the smoothing of edges differs
-}
-
-void BrandMarkTest::allPartsScaleLinearlyWithTheSize()
-{
-    constexpr double size = 52;
-    QCOMPARE(theme::logoStrokeWidth * size, 2.86);
-    QCOMPARE(theme::logoHeartSize * size, 29.12);
-
-    const QRectF small = HeartPinShape().path(QRectF(0, 0, 29.12, 29.12)).boundingRect();
-    const QRectF large = HeartPinShape().path(QRectF(0, 0, 291.2, 291.2)).boundingRect();
-    QCOMPARE(large.width(), 10 * small.width());
-    QCOMPARE(large.top(), 10 * small.top());
-
-    AmbrelLogo logo(52);
-    QCOMPARE(logo.size(), QSize(52, 52));
-}
-
-void BrandMarkTest::shapesDrawFromZeroWhateverTheOriginOfTheirRectangle()
-{
-    const QRectF atZero(0, 0, 40, 60);
-    const QRectF elsewhere = atZero.translated(17, -5);
-    QCOMPARE(HeartPinShape().path(elsewhere), HeartPinShape().path(atZero));
-    QCOMPARE(PinCutoutShape().path(elsewhere), PinCutoutShape().path(atZero));
-    QCOMPARE(HeartPinShape().path(elsewhere).elementAt(0), QPointF(20, 0.76 * 60));
-    QCOMPARE(PinCutoutShape().path(elsewhere).elementAt(0), QPointF(20, 0.94 * 60));
-}
-
-void BrandMarkTest::outlinesAreMirrorSymmetric()
-{
-    for (const QPainterPath &path : {HeartPinShape().path({0, 0, 1, 1}), PinCutoutShape().path({0, 0, 1, 1})}) {
-        for (double t = 0; t <= 0.5; t += 0.05) {
-            const QPointF left = path.pointAtPercent(t);
-            const QPointF right = path.pointAtPercent(1 - t);
-            QVERIFY(std::abs(left.x() + right.x() - 1) < 0.01);
-            QVERIFY(std::abs(left.y() - right.y()) < 0.01);
-        }
-    }
-}
-
-void BrandMarkTest::shadowFadesAroundAPointSevenPixelsBelowTheMark()
-{
-    QImage image(160, 160, QImage::Format_ARGB32_Premultiplied);
-    image.fill(Qt::transparent);
-    QPainter painter(&image);
-    paintDiscShadow(painter, QRectF(40, 40, 80, 80), theme::logoShadow, theme::logoShadowBlur, theme::logoShadowOffset);
-    painter.end();
-    const auto alpha = [&image](int x, int y) { return image.pixelColor(x, y).alphaF(); };
-
-    QVERIFY(std::abs(alpha(80, 87) - 0.13) < 0.01);                    // full strength inside
-    QVERIFY(std::abs(alpha(80, 87 + 40) - 0.065) < 0.012);             // half at the rim
-    QVERIFY(std::abs(alpha(80, 87 + 40) - alpha(80, 87 - 41)) < 0.01); // centred 7 pixels down
-    QCOMPARE(alpha(80, 87 + 40 + 15), 0.0F);                           // gone after the blur
-    QVERIFY(alpha(80, 87 + 36) > alpha(80, 87 + 44));
-}
-
-void BrandMarkTest::screenReadersSeeAGraphicNamedAmbrel()
-{
-    AmbrelLogo logo(52);
-    auto *const accessible = QAccessible::queryAccessibleInterface(&logo);
-    QCOMPARE(accessible->role(), QAccessible::Graphic);
-    QCOMPARE(accessible->text(QAccessible::Name), QStringLiteral("Ambrel"));
-}
 
 QTEST_MAIN(BrandMarkTest)
 #include "BrandMarkTest.moc"

@@ -90,107 +90,102 @@ class PaintingTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void roundedRectanglesLookLikeTheToolkits_data();
-    void roundedRectanglesLookLikeTheToolkits();
-    void nothingWaitsForTheToolkitsThreads_data();
-    void nothingWaitsForTheToolkitsThreads();
-    void theClipOfThePainterHolds();
-};
+    void roundedRectanglesLookLikeTheToolkits_data()
+    {
+        QTest::addColumn<qreal>("scale");
+        QTest::addColumn<QRectF>("rect");
+        for (const qreal scale : {1.0, 1.25, 1.5, 2.0, 3.0}) {
+            const auto add = [scale](const char *kind, const QRectF &rect) {
+                QTest::addRow("%s at %g", kind, scale) << scale << rect;
+            };
+            add("card", shape);
+            add("uneven", shape.translated(0.3, 0.6));
+            add("button", QRectF(7, 9, 120, 40));
+            add("pill", QRectF(7, 9, 70, 16));
+            add("narrower than its corners", QRectF(7, 9, 10, 60));
+            add("smaller than its corners", QRectF(7, 9, 10, 7));
+        }
+    }
 
-void PaintingTest::roundedRectanglesLookLikeTheToolkits_data()
-{
-    QTest::addColumn<qreal>("scale");
-    QTest::addColumn<QRectF>("rect");
-    for (const qreal scale : {1.0, 1.25, 1.5, 2.0, 3.0}) {
-        const auto add = [scale](const char *kind, const QRectF &rect) {
-            QTest::addRow("%s at %g", kind, scale) << scale << rect;
+    void roundedRectanglesLookLikeTheToolkits()
+    {
+        QFETCH(qreal, scale);
+        QFETCH(QRectF, rect);
+        constexpr qreal radius = 8;
+
+        const auto distanceFilled = [&](const QBrush &brush) {
+            const QImage expected = painted(scale, [&](QPainter &painter) {
+                painter.setRenderHint(QPainter::Antialiasing);
+                painter.setPen(Qt::NoPen);
+                painter.setBrush(brush);
+                painter.drawRoundedRect(rect, radius, radius);
+            });
+            return largestDistance(
+                painted(scale, [&](QPainter &painter) { fillRounded(painter, rect, brush, radius); }), expected);
         };
-        add("card", shape);
-        add("uneven", shape.translated(0.3, 0.6));
-        add("button", QRectF(7, 9, 120, 40));
-        add("pill", QRectF(7, 9, 70, 16));
-        add("narrower than its corners", QRectF(7, 9, 10, 60));
-        add("smaller than its corners", QRectF(7, 9, 10, 7));
+        // Where an edge crosses pixels, the toolkit rounds what it covers of them differently for a rectangle.
+        const QRectF pixels(rect.topLeft() * scale, rect.size() * scale);
+        const int rounding = pixels == pixels.toRect() ? 0 : 3;
+        QVERIFY(distanceFilled(Qt::red) <= rounding);
+        QVERIFY(distanceFilled(translucent) <= rounding);
+        QBrush picture(colourful(scale));
+        picture.setTransform(QTransform::fromScale(1 / scale, 1 / scale) *
+                             QTransform::fromTranslate(rect.x(), rect.y()));
+        QVERIFY(distanceFilled(picture) <= rounding);
+
+        for (const qreal width : {1.0, 2.5, 10.0}) {
+            if (2 * width > rect.width())
+                continue; // no outline
+            const qreal inset = width / 2;
+            const QImage expected = painted(scale, [&](QPainter &painter) {
+                painter.setRenderHint(QPainter::Antialiasing);
+                painter.setPen(QPen(translucent, width));
+                painter.drawRoundedRect(rect.adjusted(inset, inset, -inset, -inset), radius - inset, radius - inset);
+            });
+            const QImage actual =
+                painted(scale, [&](QPainter &painter) { strokeRounded(painter, rect, translucent, width, radius); });
+            QVERIFY(largestDistance(actual, expected) <= 2);
+        }
     }
-}
 
-void PaintingTest::roundedRectanglesLookLikeTheToolkits()
-{
-    QFETCH(qreal, scale);
-    QFETCH(QRectF, rect);
-    constexpr qreal radius = 8;
+    void nothingWaitsForTheToolkitsThreads_data()
+    {
+        QTest::addColumn<qreal>("scale");
+        for (const qreal scale : {1.0, 1.5, 2.0})
+            QTest::addRow("%g", scale) << scale;
+    }
 
-    const auto distanceFilled = [&](const QBrush &brush) {
-        const QImage expected = painted(scale, [&](QPainter &painter) {
-            painter.setRenderHint(QPainter::Antialiasing);
-            painter.setPen(Qt::NoPen);
-            painter.setBrush(brush);
-            painter.drawRoundedRect(rect, radius, radius);
+    void nothingWaitsForTheToolkitsThreads()
+    {
+        QFETCH(qreal, scale);
+        QBrush picture(colourful(scale));
+        picture.setTransform(QTransform::fromScale(1 / scale, 1 / scale));
+        const BusyPool pool;
+        painted(scale, [&](QPainter &painter) {
+            fillRounded(painter, shape, translucent);
+            fillRounded(painter, shape, picture);
+            strokeRounded(painter, shape, translucent);
+            strokeFocusRing(painter, shape);
+            fillRounded(painter, QRectF(0, 0, 120, 40), Qt::red);
         });
-        return largestDistance(painted(scale, [&](QPainter &painter) { fillRounded(painter, rect, brush, radius); }),
-                               expected);
-    };
-    // Where an edge crosses pixels, the toolkit rounds what it covers of them differently for a rectangle.
-    const QRectF pixels(rect.topLeft() * scale, rect.size() * scale);
-    const int rounding = pixels == pixels.toRect() ? 0 : 3;
-    QVERIFY(distanceFilled(Qt::red) <= rounding);
-    QVERIFY(distanceFilled(translucent) <= rounding);
-    QBrush picture(colourful(scale));
-    picture.setTransform(QTransform::fromScale(1 / scale, 1 / scale) * QTransform::fromTranslate(rect.x(), rect.y()));
-    QVERIFY(distanceFilled(picture) <= rounding);
+        QVERIFY(!pool.gaveUp());
+    }
 
-    for (const qreal width : {1.0, 2.5, 10.0}) {
-        if (2 * width > rect.width())
-            continue; // no outline
-        const qreal inset = width / 2;
-        const QImage expected = painted(scale, [&](QPainter &painter) {
-            painter.setRenderHint(QPainter::Antialiasing);
-            painter.setPen(QPen(translucent, width));
-            painter.drawRoundedRect(rect.adjusted(inset, inset, -inset, -inset), radius - inset, radius - inset);
+    void theClipOfThePainterHolds()
+    {
+        const QImage image = painted(1, [](QPainter &painter) {
+            painter.setClipRect(QRect(50, 0, 50, 200));
+            fillRounded(painter, shape, Qt::red);
+            strokeRounded(painter, shape, Qt::blue);
         });
-        const QImage actual =
-            painted(scale, [&](QPainter &painter) { strokeRounded(painter, rect, translucent, width, radius); });
-        QVERIFY(largestDistance(actual, expected) <= 2);
+        for (const int y : {9, 12, 100, 188}) {
+            COMPARE_COLORS(image.pixelColor(49, y), ground);
+            COMPARE_COLORS(image.pixelColor(100, y), ground);
+        }
+        COMPARE_COLORS(image.pixelColor(75, 100), QColor(Qt::red));
+        COMPARE_COLORS(image.pixelColor(75, 9), QColor(Qt::blue));
     }
-}
-
-void PaintingTest::nothingWaitsForTheToolkitsThreads_data()
-{
-    QTest::addColumn<qreal>("scale");
-    for (const qreal scale : {1.0, 1.5, 2.0})
-        QTest::addRow("%g", scale) << scale;
-}
-
-void PaintingTest::nothingWaitsForTheToolkitsThreads()
-{
-    QFETCH(qreal, scale);
-    QBrush picture(colourful(scale));
-    picture.setTransform(QTransform::fromScale(1 / scale, 1 / scale));
-    const BusyPool pool;
-    painted(scale, [&](QPainter &painter) {
-        fillRounded(painter, shape, translucent);
-        fillRounded(painter, shape, picture);
-        strokeRounded(painter, shape, translucent);
-        strokeFocusRing(painter, shape);
-        fillRounded(painter, QRectF(0, 0, 120, 40), Qt::red);
-    });
-    QVERIFY(!pool.gaveUp());
-}
-
-void PaintingTest::theClipOfThePainterHolds()
-{
-    const QImage image = painted(1, [](QPainter &painter) {
-        painter.setClipRect(QRect(50, 0, 50, 200));
-        fillRounded(painter, shape, Qt::red);
-        strokeRounded(painter, shape, Qt::blue);
-    });
-    for (const int y : {9, 12, 100, 188}) {
-        COMPARE_COLORS(image.pixelColor(49, y), ground);
-        COMPARE_COLORS(image.pixelColor(100, y), ground);
-    }
-    COMPARE_COLORS(image.pixelColor(75, 100), QColor(Qt::red));
-    COMPARE_COLORS(image.pixelColor(75, 9), QColor(Qt::blue));
-}
+};
 
 QTEST_MAIN(PaintingTest)
 #include "PaintingTest.moc"

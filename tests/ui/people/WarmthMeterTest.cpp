@@ -50,70 +50,66 @@ class WarmthMeterTest : public QObject
 private Q_SLOTS:
     void initTestCase() { AmbrelStyle::install(); }
 
-    void namesTheHeatAndTheDistanceOfItsMatch();
-    void searchesWithoutAMatch();
-    void markStandsInTheMiddleAboveTheTexts();
-    void strangersNamesAreShownAsTheyStandAndInTheirPlace();
-    void longNamesWrapInsideTheCard();
+    void namesTheHeatAndTheDistanceOfItsMatch()
+    {
+        Meter meter;
+        meter.setMatch(matchNamed(QStringLiteral("Sam")));
+        QCOMPARE(meter.texts(), QStringList({QStringLiteral("200 m"), QStringLiteral("Sam is 120 m away")}));
+    }
+
+    void searchesWithoutAMatch()
+    {
+        Meter meter;
+        meter.setMatch(matchNamed(QStringLiteral("Sam")));
+        meter.setMatch(std::nullopt);
+        QCOMPARE(meter.texts(),
+                 QStringList({QStringLiteral("Searching"), QStringLiteral("Go live to look for a match.")}));
+    }
+
+    void markStandsInTheMiddleAboveTheTexts()
+    {
+        Meter meter;
+        QCOMPARE(meter.mark(), QRect((519 - 82) / 2, 18, 82, 82));
+        const auto labels = meter.findChildren<ElidedLabel *>();
+        QCOMPARE(labels[0]->y(), 18 + 82 + 10);
+        QCOMPARE(labels[1]->y(), labels[0]->geometry().bottom() + 1 + 10);
+        QCOMPARE(meter.height(), labels[1]->geometry().bottom() + 1 + 18);
+        const QImage image = meter.grab().toImage();
+        COMPARE_COLORS(image.pixelColor(20, 60),
+                       over(theme::ultraThinMaterial, theme::palette().color(QPalette::Window)));
+    }
+
+    void strangersNamesAreShownAsTheyStandAndInTheirPlace()
+    {
+        Meter meter;
+        meter.setMatch(matchNamed(QStringLiteral("<b>x</b><img src=\"file:///etc/passwd\">")));
+        QCOMPARE(meter.texts().last(), QStringLiteral("<b>x</b><img src=\"file:///etc/passwd\"> is 120 m away"));
+        meter.setMatch(matchNamed(QStringLiteral("\u05D3\u05E0\u05D4")));
+        QCOMPARE(meter.texts().last(), QStringLiteral("\u2068\u05D3\u05E0\u05D4\u2069 is 120 m away"));
+    }
+
+    void longNamesWrapInsideTheCard()
+    {
+        QWidget column;
+        auto *const layout = new QVBoxLayout(&column);
+        layout->setContentsMargins(0, 0, 0, 0);
+        auto *const meter = new WarmthMeter(&column);
+        layout->addWidget(meter);
+        layout->addStretch();
+        column.resize(519, 600);
+        column.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&column));
+        const int height = meter->height();
+
+        meter->setMatch(matchNamed(QStringLiteral("W").repeated(150)));
+        const auto *const line = meter->findChildren<ElidedLabel *>().last();
+        QTRY_VERIFY(line->height() > 3 * QFontMetrics(line->font()).height());
+        QVERIFY(meter->height() > height);
+        QCOMPARE(meter->width(), 519);
+        QVERIFY(meter->rect().adjusted(18, 18, -18, -18).contains(line->geometry()));
+        QTRY_COMPARE(line->height(), line->heightForWidth(line->width())); // nothing is cut off
+    }
 };
-
-void WarmthMeterTest::namesTheHeatAndTheDistanceOfItsMatch()
-{
-    Meter meter;
-    meter.setMatch(matchNamed(QStringLiteral("Sam")));
-    QCOMPARE(meter.texts(), QStringList({QStringLiteral("200 m"), QStringLiteral("Sam is 120 m away")}));
-}
-
-void WarmthMeterTest::searchesWithoutAMatch()
-{
-    Meter meter;
-    meter.setMatch(matchNamed(QStringLiteral("Sam")));
-    meter.setMatch(std::nullopt);
-    QCOMPARE(meter.texts(), QStringList({QStringLiteral("Searching"), QStringLiteral("Go live to look for a match.")}));
-}
-
-void WarmthMeterTest::markStandsInTheMiddleAboveTheTexts()
-{
-    Meter meter;
-    QCOMPARE(meter.mark(), QRect((519 - 82) / 2, 18, 82, 82));
-    const auto labels = meter.findChildren<ElidedLabel *>();
-    QCOMPARE(labels[0]->y(), 18 + 82 + 10);
-    QCOMPARE(labels[1]->y(), labels[0]->geometry().bottom() + 1 + 10);
-    QCOMPARE(meter.height(), labels[1]->geometry().bottom() + 1 + 18);
-    const QImage image = meter.grab().toImage();
-    COMPARE_COLORS(image.pixelColor(20, 60), over(theme::ultraThinMaterial, theme::palette().color(QPalette::Window)));
-}
-
-void WarmthMeterTest::strangersNamesAreShownAsTheyStandAndInTheirPlace()
-{
-    Meter meter;
-    meter.setMatch(matchNamed(QStringLiteral("<b>x</b><img src=\"file:///etc/passwd\">")));
-    QCOMPARE(meter.texts().last(), QStringLiteral("<b>x</b><img src=\"file:///etc/passwd\"> is 120 m away"));
-    meter.setMatch(matchNamed(QStringLiteral("\u05D3\u05E0\u05D4")));
-    QCOMPARE(meter.texts().last(), QStringLiteral("\u2068\u05D3\u05E0\u05D4\u2069 is 120 m away"));
-}
-
-void WarmthMeterTest::longNamesWrapInsideTheCard()
-{
-    QWidget column;
-    auto *const layout = new QVBoxLayout(&column);
-    layout->setContentsMargins(0, 0, 0, 0);
-    auto *const meter = new WarmthMeter(&column);
-    layout->addWidget(meter);
-    layout->addStretch();
-    column.resize(519, 600);
-    column.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&column));
-    const int height = meter->height();
-
-    meter->setMatch(matchNamed(QStringLiteral("W").repeated(150)));
-    const auto *const line = meter->findChildren<ElidedLabel *>().last();
-    QTRY_VERIFY(line->height() > 3 * QFontMetrics(line->font()).height());
-    QVERIFY(meter->height() > height);
-    QCOMPARE(meter->width(), 519);
-    QVERIFY(meter->rect().adjusted(18, 18, -18, -18).contains(line->geometry()));
-    QTRY_COMPARE(line->height(), line->heightForWidth(line->width())); // nothing is cut off
-}
 
 QTEST_MAIN(WarmthMeterTest)
 #include "WarmthMeterTest.moc"

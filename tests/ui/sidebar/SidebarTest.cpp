@@ -58,405 +58,384 @@ class SidebarTest : public QObject
 private Q_SLOTS:
     void initTestCase() { AmbrelStyle::install(); }
 
-    void typingChangesTheStateAtOnce();
-    void changesOfTheStateShowInTheFields();
-    void bioIsBoundBothWaysAndKeepsHardBlanks();
-    void refreshKeepsCaretSelectionUndoAndFocus();
-    void refreshKeepsTheBioEditorsCaretAndUndo();
-    void switchIsBoundBothWays();
-
-    void busyDisablesAllThreeButtonsWithTheirBusyLabelsWhicheverOperationSetIt();
-    void whileLiveThePrimaryButtonReadsRefreshAndStartsAgain();
-    void longStatusTextWrapsInsideTheColumnAndStaysLeftAligned();
-    void clearingTheServerFieldEmptiesTheAddressAtOnce();
-
-    void signUpAndLogInAndCheckServerStartTheirOperations();
-    void pauseIsNeverDisabledAndStopsTheLiveState();
-    void buttonGetsTheFocusBackWhenItIsNoLongerBusy();
-    void everyControlIsReachedWithTabInReadingOrder();
-    void lowWindowScrollsAndTabKeepsTheFocusedControlInSight();
-    void statusStaysInSightWhileTheFormsScroll();
-    void veryLongStatusScrollsByItselfWithTheKeyboardToo();
-    void bioOfARightToLeftScriptBeginsAtTheRight();
-    void textsFromTheServerAreShownAsTheyStand();
-    void columnKeepsItsMetrics();
-    void fieldsAreWhiteOnADarkDesktop();
-};
-
-void SidebarTest::typingChangesTheStateAtOnce()
-{
-    Sidebar sidebar(tall);
-    for (const BoundField &bound : boundFields) {
-        auto *const field = sidebar.named<QLineEdit>(QString::fromLatin1(bound.placeholder));
-        QVERIFY2(field, bound.placeholder);
-        QCOMPARE(field->placeholderText(), QString::fromLatin1(bound.placeholder));
-        field->setFocus();
-        field->selectAll();
-        QTest::keyClicks(field, QStringLiteral(" a7 "));
-        QCOMPARE((sidebar.state().*bound.field).value(), QStringLiteral(" a7 "));
-    }
-}
-
-void SidebarTest::changesOfTheStateShowInTheFields()
-{
-    Sidebar sidebar(tall);
-    for (const BoundField &bound : boundFields) {
-        sidebar.state().*bound.field = QStringLiteral("from the server");
-        sidebar.refresh();
-        QCOMPARE(sidebar.named<QLineEdit>(QString::fromLatin1(bound.placeholder))->text(),
-                 QStringLiteral("from the server"));
-    }
-}
-
-void SidebarTest::bioIsBoundBothWaysAndKeepsHardBlanks()
-{
-    Sidebar sidebar(tall);
-    auto *const bio = sidebar.named<QPlainTextEdit>(QStringLiteral("Bio"));
-    QVERIFY(bio);
-    bio->setFocus();
-    QTest::keyClicks(bio, QStringLiteral("one"));
-    QTest::keyClick(bio, Qt::Key_Return);
-    QTest::keyClicks(bio, QStringLiteral("two"));
-    QCOMPARE(sidebar.state().profileBio.value(), QStringLiteral("one\ntwo"));
-
-    QGuiApplication::clipboard()->setText(QString(QChar::Nbsp));
-    QTest::keyClick(bio, Qt::Key_V, Qt::ControlModifier);
-    QTRY_COMPARE(sidebar.state().profileBio.value(), QStringLiteral("one\ntwo") + QChar(QChar::Nbsp));
-
-    sidebar.state().profileBio = QStringLiteral("from\r\nthe server");
-    sidebar.refresh();
-    QCOMPARE(bio->toPlainText(), QStringLiteral("from\nthe server"));
-    QCOMPARE(sidebar.state().profileBio.value(), QStringLiteral("from\r\nthe server")); // shown, not changed
-}
-
-void SidebarTest::refreshKeepsCaretSelectionUndoAndFocus()
-{
-    Sidebar sidebar(tall);
-    auto *const field = sidebar.named<QLineEdit>(QStringLiteral("Display name"));
-    field->setFocus();
-    QTest::keyClicks(field, QStringLiteral("Samantha"));
-    field->setSelection(2, 3);
-
-    sidebar.state().statusText = QStringLiteral("3 nearby.");
-    sidebar.state().matches = QList<MatchResult>{};
-    sidebar.refresh();
-    QVERIFY(field->hasFocus());
-    QCOMPARE(field->selectionStart(), 2);
-    QCOMPARE(field->selectedText(), QStringLiteral("man"));
-    QVERIFY(field->isUndoAvailable());
-    QTest::keyClick(field, Qt::Key_Z, Qt::ControlModifier);
-    QVERIFY(field->text() != QStringLiteral("Samantha"));
-    QCOMPARE(sidebar.state().displayName.value(), field->text()); // undoing is typing too
-}
-
-void SidebarTest::refreshKeepsTheBioEditorsCaretAndUndo()
-{
-    Sidebar sidebar(tall);
-    auto *const bio = sidebar.named<QPlainTextEdit>(QStringLiteral("Bio"));
-    bio->setFocus();
-    QTest::keyClicks(bio, QStringLiteral("hello"));
-    QTest::keyClick(bio, Qt::Key_Left);
-    sidebar.state().statusText = QStringLiteral("Paused.");
-    sidebar.refresh();
-    QCOMPARE(bio->textCursor().position(), 4);
-    QVERIFY(bio->document()->isUndoAvailable());
-    QTest::keyClicks(bio, QStringLiteral("!"));
-    QCOMPARE(sidebar.state().profileBio.value(), QStringLiteral("hell!o"));
-}
-
-void SidebarTest::switchIsBoundBothWays()
-{
-    Sidebar sidebar(tall);
-    auto *const discoverable = sidebar.button(QStringLiteral("Discoverable"));
-    QVERIFY(discoverable->isChecked());
-    discoverable->setFocus();
-    QTest::keyClick(discoverable, Qt::Key_Space);
-    QCOMPARE(sidebar.state().discoverable.value(), false);
-    sidebar.state().discoverable = true;
-    sidebar.refresh();
-    QVERIFY(discoverable->isChecked());
-}
-
-void SidebarTest::busyDisablesAllThreeButtonsWithTheirBusyLabelsWhicheverOperationSetIt()
-{
-    Sidebar sidebar(tall);
-    const QList<QAbstractButton *> buttons{sidebar.button(QStringLiteral("Sign Up")),
-                                           sidebar.button(QStringLiteral("Log In")),
-                                           sidebar.button(QStringLiteral("Check Server"))};
-    const QStringList busyLabels{QStringLiteral("Working..."), QStringLiteral("Working..."),
-                                 QStringLiteral("Checking...")};
-    sidebar.state().isBusy = true;
-    sidebar.refresh();
-    for (int i = 0; i < buttons.size(); ++i) {
-        QVERIFY(!buttons[i]->isEnabled());
-        QCOMPARE(buttons[i]->text(), busyLabels[i]);
-    }
-    QVERIFY(sidebar.button(QStringLiteral("Go Live"))->isEnabled());
-
-    sidebar.state().isBusy = false;
-    sidebar.refresh();
-    for (auto *const button : buttons)
-        QVERIFY(button->isEnabled());
-    QCOMPARE(buttons[0]->text(), QStringLiteral("Sign Up"));
-    QCOMPARE(buttons[1]->text(), QStringLiteral("Log In"));
-    QCOMPARE(buttons[2]->text(), QStringLiteral("Check Server"));
-}
-
-void SidebarTest::whileLiveThePrimaryButtonReadsRefreshAndStartsAgain()
-{
-    Sidebar sidebar(tall);
-    sidebar.state().userId = QStringLiteral("sam");
-    QTest::mouseClick(sidebar.button(QStringLiteral("Go Live")), Qt::LeftButton);
-    QVERIFY(sidebar.state().isLive);
-    sidebar.refresh();
-    auto *const refreshButton = sidebar.button(QStringLiteral("Refresh"));
-    QVERIFY(refreshButton);
-
-    sidebar.state().discoverable = false; // starting again sets it
-    QTest::mouseClick(refreshButton, Qt::LeftButton);
-    QVERIFY(sidebar.state().discoverable);
-    QVERIFY(sidebar.state().isLive);
-}
-
-void SidebarTest::longStatusTextWrapsInsideTheColumnAndStaysLeftAligned()
-{
-    Sidebar sidebar(tall);
-    auto *const status = statusLine(sidebar, QStringLiteral("Status"));
-    const int lineHeight = status->height();
-    sidebar.state().statusText = QStringLiteral("The server is taking longer than usual to answer. ").repeated(4);
-    sidebar.refresh();
-    QTRY_VERIFY(status->height() >= 3 * lineHeight);
-    QTRY_COMPARE(status->mapTo(&sidebar.window, QPoint(0, status->height())).y(), sidebar.window.height() - 18);
-    QCOMPARE(sidebar.view->width(), 340);
-    QCOMPARE(status->mapTo(&sidebar.window, QPoint()).x(), 18);
-    QVERIFY(status->mapTo(&sidebar.window, QPoint(status->width(), 0)).x() <= 340 - 18);
-
-    // Every line begins at the left edge: something dark stands in the first letters' columns of the first and last.
-    const QImage image = sidebar.window.grab().toImage();
-    const QRect area(status->mapTo(&sidebar.window, QPoint()), status->size());
-    for (const int y : {area.top(), area.bottom() - lineHeight + 1}) {
-        int darkest = 255;
-        for (int x = area.left(); x < area.left() + 12; ++x) {
-            for (int line = y; line < y + lineHeight; ++line)
-                darkest = std::min(darkest, image.pixelColor(x, line).lightness());
+    void typingChangesTheStateAtOnce()
+    {
+        Sidebar sidebar(tall);
+        for (const BoundField &bound : boundFields) {
+            auto *const field = sidebar.named<QLineEdit>(QString::fromLatin1(bound.placeholder));
+            QVERIFY2(field, bound.placeholder);
+            QCOMPARE(field->placeholderText(), QString::fromLatin1(bound.placeholder));
+            field->setFocus();
+            field->selectAll();
+            QTest::keyClicks(field, QStringLiteral(" a7 "));
+            QCOMPARE((sidebar.state().*bound.field).value(), QStringLiteral(" a7 "));
         }
-        QVERIFY(darkest < 140);
     }
-}
 
-void SidebarTest::clearingTheServerFieldEmptiesTheAddressAtOnce()
-{
-    Sidebar sidebar(tall);
-    auto *const server = sidebar.named<QLineEdit>(QStringLiteral("Server"));
-    QVERIFY(!sidebar.state().serverBaseURL->isEmpty());
-    server->setFocus();
-    server->selectAll();
-    QTest::keyClick(server, Qt::Key_Delete);
-    QCOMPARE(sidebar.state().serverBaseURL.value(), QString());
-    sidebar.refresh();
-    QCOMPARE(server->text(), QString()); // and stays empty
-}
-
-void SidebarTest::signUpAndLogInAndCheckServerStartTheirOperations()
-{
-    for (const char *const label : {"Sign Up", "Log In", "Check Server"}) {
-        Sidebar sidebar(tall, {{QStringLiteral("userId"), QStringLiteral("sam")},
-                               {QStringLiteral("displayName"), QStringLiteral("Sam")}});
-        QTest::mouseClick(sidebar.button(QString::fromLatin1(label)), Qt::LeftButton);
-        QVERIFY2(sidebar.state().isBusy, label);
-        QTRY_VERIFY2(!sidebar.state().isBusy, label);
+    void changesOfTheStateShowInTheFields()
+    {
+        Sidebar sidebar(tall);
+        for (const BoundField &bound : boundFields) {
+            sidebar.state().*bound.field = QStringLiteral("from the server");
+            sidebar.refresh();
+            QCOMPARE(sidebar.named<QLineEdit>(QString::fromLatin1(bound.placeholder))->text(),
+                     QStringLiteral("from the server"));
+        }
     }
-}
 
-void SidebarTest::pauseIsNeverDisabledAndStopsTheLiveState()
-{
-    Sidebar sidebar(tall);
-    auto *const pause = sidebar.button(QStringLiteral("Pause"));
-    QVERIFY(pause->isEnabled());
-    sidebar.state().isBusy = true;
-    sidebar.state().isLive = true;
-    sidebar.refresh();
-    QVERIFY(pause->isEnabled());
-    pause->setFocus();
-    QTest::keyClick(pause, Qt::Key_Return);
-    QVERIFY(!sidebar.state().isLive);
-    QCOMPARE(sidebar.state().statusText.value(), QStringLiteral("Paused."));
-}
+    void bioIsBoundBothWaysAndKeepsHardBlanks()
+    {
+        Sidebar sidebar(tall);
+        auto *const bio = sidebar.named<QPlainTextEdit>(QStringLiteral("Bio"));
+        QVERIFY(bio);
+        bio->setFocus();
+        QTest::keyClicks(bio, QStringLiteral("one"));
+        QTest::keyClick(bio, Qt::Key_Return);
+        QTest::keyClicks(bio, QStringLiteral("two"));
+        QCOMPARE(sidebar.state().profileBio.value(), QStringLiteral("one\ntwo"));
 
-void SidebarTest::buttonGetsTheFocusBackWhenItIsNoLongerBusy()
-{
-    Sidebar sidebar(tall);
-    auto *const check = sidebar.button(QStringLiteral("Check Server"));
-    check->setFocus();
-    sidebar.state().isBusy = true;
-    sidebar.refresh();
-    QVERIFY(!check->hasFocus());
-    sidebar.state().isBusy = false;
-    sidebar.refresh();
-    QVERIFY(check->hasFocus());
+        QGuiApplication::clipboard()->setText(QString(QChar::Nbsp));
+        QTest::keyClick(bio, Qt::Key_V, Qt::ControlModifier);
+        QTRY_COMPARE(sidebar.state().profileBio.value(), QStringLiteral("one\ntwo") + QChar(QChar::Nbsp));
 
-    sidebar.state().isBusy = true;
-    sidebar.refresh();
-    auto *const email = sidebar.named<QLineEdit>(QStringLiteral("Email"));
-    email->setFocus(); // the user moves on
-    sidebar.state().isBusy = false;
-    sidebar.refresh();
-    QVERIFY(email->hasFocus());
-}
+        sidebar.state().profileBio = QStringLiteral("from\r\nthe server");
+        sidebar.refresh();
+        QCOMPARE(bio->toPlainText(), QStringLiteral("from\nthe server"));
+        QCOMPARE(sidebar.state().profileBio.value(), QStringLiteral("from\r\nthe server")); // shown, not changed
+    }
 
-void SidebarTest::everyControlIsReachedWithTabInReadingOrder()
-{
-    Sidebar sidebar(tall);
-    sidebar.named<QLineEdit>(QStringLiteral("User ID"))->setFocus();
-    QStringList visited;
-    for (int i = 0; i < 14; ++i) {
-        const auto *const focused = QApplication::focusWidget();
-        const auto *const button = qobject_cast<const QAbstractButton *>(focused);
-        visited << (button ? button->text() : focused->accessibleName());
+    void refreshKeepsCaretSelectionUndoAndFocus()
+    {
+        Sidebar sidebar(tall);
+        auto *const field = sidebar.named<QLineEdit>(QStringLiteral("Display name"));
+        field->setFocus();
+        QTest::keyClicks(field, QStringLiteral("Samantha"));
+        field->setSelection(2, 3);
+
+        sidebar.state().statusText = QStringLiteral("3 nearby.");
+        sidebar.state().matches = QList<MatchResult>{};
+        sidebar.refresh();
+        QVERIFY(field->hasFocus());
+        QCOMPARE(field->selectionStart(), 2);
+        QCOMPARE(field->selectedText(), QStringLiteral("man"));
+        QVERIFY(field->isUndoAvailable());
+        QTest::keyClick(field, Qt::Key_Z, Qt::ControlModifier);
+        QVERIFY(field->text() != QStringLiteral("Samantha"));
+        QCOMPARE(sidebar.state().displayName.value(), field->text()); // undoing is typing too
+    }
+
+    void refreshKeepsTheBioEditorsCaretAndUndo()
+    {
+        Sidebar sidebar(tall);
+        auto *const bio = sidebar.named<QPlainTextEdit>(QStringLiteral("Bio"));
+        bio->setFocus();
+        QTest::keyClicks(bio, QStringLiteral("hello"));
+        QTest::keyClick(bio, Qt::Key_Left);
+        sidebar.state().statusText = QStringLiteral("Paused.");
+        sidebar.refresh();
+        QCOMPARE(bio->textCursor().position(), 4);
+        QVERIFY(bio->document()->isUndoAvailable());
+        QTest::keyClicks(bio, QStringLiteral("!"));
+        QCOMPARE(sidebar.state().profileBio.value(), QStringLiteral("hell!o"));
+    }
+
+    void switchIsBoundBothWays()
+    {
+        Sidebar sidebar(tall);
+        auto *const discoverable = sidebar.button(QStringLiteral("Discoverable"));
+        QVERIFY(discoverable->isChecked());
+        discoverable->setFocus();
+        QTest::keyClick(discoverable, Qt::Key_Space);
+        QCOMPARE(sidebar.state().discoverable.value(), false);
+        sidebar.state().discoverable = true;
+        sidebar.refresh();
+        QVERIFY(discoverable->isChecked());
+    }
+
+    void busyDisablesAllThreeButtonsWithTheirBusyLabelsWhicheverOperationSetIt()
+    {
+        Sidebar sidebar(tall);
+        const QList<QAbstractButton *> buttons{sidebar.button(QStringLiteral("Sign Up")),
+                                               sidebar.button(QStringLiteral("Log In")),
+                                               sidebar.button(QStringLiteral("Check Server"))};
+        const QStringList busyLabels{QStringLiteral("Working..."), QStringLiteral("Working..."),
+                                     QStringLiteral("Checking...")};
+        sidebar.state().isBusy = true;
+        sidebar.refresh();
+        for (int i = 0; i < buttons.size(); ++i) {
+            QVERIFY(!buttons[i]->isEnabled());
+            QCOMPARE(buttons[i]->text(), busyLabels[i]);
+        }
+        QVERIFY(sidebar.button(QStringLiteral("Go Live"))->isEnabled());
+
+        sidebar.state().isBusy = false;
+        sidebar.refresh();
+        for (auto *const button : buttons)
+            QVERIFY(button->isEnabled());
+        QCOMPARE(buttons[0]->text(), QStringLiteral("Sign Up"));
+        QCOMPARE(buttons[1]->text(), QStringLiteral("Log In"));
+        QCOMPARE(buttons[2]->text(), QStringLiteral("Check Server"));
+    }
+
+    void whileLiveThePrimaryButtonReadsRefreshAndStartsAgain()
+    {
+        Sidebar sidebar(tall);
+        sidebar.state().userId = QStringLiteral("sam");
+        QTest::mouseClick(sidebar.button(QStringLiteral("Go Live")), Qt::LeftButton);
+        QVERIFY(sidebar.state().isLive);
+        sidebar.refresh();
+        auto *const refreshButton = sidebar.button(QStringLiteral("Refresh"));
+        QVERIFY(refreshButton);
+
+        sidebar.state().discoverable = false; // starting again sets it
+        QTest::mouseClick(refreshButton, Qt::LeftButton);
+        QVERIFY(sidebar.state().discoverable);
+        QVERIFY(sidebar.state().isLive);
+    }
+
+    void longStatusTextWrapsInsideTheColumnAndStaysLeftAligned()
+    {
+        Sidebar sidebar(tall);
+        auto *const status = statusLine(sidebar, QStringLiteral("Status"));
+        const int lineHeight = status->height();
+        sidebar.state().statusText = QStringLiteral("The server is taking longer than usual to answer. ").repeated(4);
+        sidebar.refresh();
+        QTRY_VERIFY(status->height() >= 3 * lineHeight);
+        QTRY_COMPARE(status->mapTo(&sidebar.window, QPoint(0, status->height())).y(), sidebar.window.height() - 18);
+        QCOMPARE(sidebar.view->width(), 340);
+        QCOMPARE(status->mapTo(&sidebar.window, QPoint()).x(), 18);
+        QVERIFY(status->mapTo(&sidebar.window, QPoint(status->width(), 0)).x() <= 340 - 18);
+
+        // Every line begins at the left edge: something dark stands in the first letters' columns of the first and
+        // last.
+        const QImage image = sidebar.window.grab().toImage();
+        const QRect area(status->mapTo(&sidebar.window, QPoint()), status->size());
+        for (const int y : {area.top(), area.bottom() - lineHeight + 1}) {
+            int darkest = 255;
+            for (int x = area.left(); x < area.left() + 12; ++x) {
+                for (int line = y; line < y + lineHeight; ++line)
+                    darkest = std::min(darkest, image.pixelColor(x, line).lightness());
+            }
+            QVERIFY(darkest < 140);
+        }
+    }
+
+    void clearingTheServerFieldEmptiesTheAddressAtOnce()
+    {
+        Sidebar sidebar(tall);
+        auto *const server = sidebar.named<QLineEdit>(QStringLiteral("Server"));
+        QVERIFY(!sidebar.state().serverBaseURL->isEmpty());
+        server->setFocus();
+        server->selectAll();
+        QTest::keyClick(server, Qt::Key_Delete);
+        QCOMPARE(sidebar.state().serverBaseURL.value(), QString());
+        sidebar.refresh();
+        QCOMPARE(server->text(), QString()); // and stays empty
+    }
+
+    void signUpAndLogInAndCheckServerStartTheirOperations()
+    {
+        for (const char *const label : {"Sign Up", "Log In", "Check Server"}) {
+            Sidebar sidebar(tall, {{QStringLiteral("userId"), QStringLiteral("sam")},
+                                   {QStringLiteral("displayName"), QStringLiteral("Sam")}});
+            QTest::mouseClick(sidebar.button(QString::fromLatin1(label)), Qt::LeftButton);
+            QVERIFY2(sidebar.state().isBusy, label);
+            QTRY_VERIFY2(!sidebar.state().isBusy, label);
+        }
+    }
+
+    void pauseIsNeverDisabledAndStopsTheLiveState()
+    {
+        Sidebar sidebar(tall);
+        auto *const pause = sidebar.button(QStringLiteral("Pause"));
+        QVERIFY(pause->isEnabled());
+        sidebar.state().isBusy = true;
+        sidebar.state().isLive = true;
+        sidebar.refresh();
+        QVERIFY(pause->isEnabled());
+        pause->setFocus();
+        QTest::keyClick(pause, Qt::Key_Return);
+        QVERIFY(!sidebar.state().isLive);
+        QCOMPARE(sidebar.state().statusText.value(), QStringLiteral("Paused."));
+    }
+
+    void buttonGetsTheFocusBackWhenItIsNoLongerBusy()
+    {
+        Sidebar sidebar(tall);
+        auto *const check = sidebar.button(QStringLiteral("Check Server"));
+        check->setFocus();
+        sidebar.state().isBusy = true;
+        sidebar.refresh();
+        QVERIFY(!check->hasFocus());
+        sidebar.state().isBusy = false;
+        sidebar.refresh();
+        QVERIFY(check->hasFocus());
+
+        sidebar.state().isBusy = true;
+        sidebar.refresh();
+        auto *const email = sidebar.named<QLineEdit>(QStringLiteral("Email"));
+        email->setFocus(); // the user moves on
+        sidebar.state().isBusy = false;
+        sidebar.refresh();
+        QVERIFY(email->hasFocus());
+    }
+
+    void everyControlIsReachedWithTabInReadingOrder()
+    {
+        Sidebar sidebar(tall);
+        sidebar.named<QLineEdit>(QStringLiteral("User ID"))->setFocus();
+        QStringList visited;
+        for (int i = 0; i < 14; ++i) {
+            const auto *const focused = QApplication::focusWidget();
+            const auto *const button = qobject_cast<const QAbstractButton *>(focused);
+            visited << (button ? button->text() : focused->accessibleName());
+            QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+        }
+        QCOMPARE(
+            visited.join(QLatin1String(", ")),
+            QStringLiteral("User ID, Display name, Email, Phone, Bio, Sign Up, Log In, Server, Latitude, Longitude, "
+                           "Discoverable, Go Live, Pause, Check Server"));
+        QCOMPARE(QApplication::focusWidget()->accessibleName(), QStringLiteral("User ID")); // and around
+    }
+
+    void lowWindowScrollsAndTabKeepsTheFocusedControlInSight()
+    {
+        Sidebar sidebar({340, 400});
+        auto *const area = sidebar.window.findChild<QScrollArea *>();
+        QVERIFY(area->verticalScrollBar()->maximum() > 0);
+        QCOMPARE(area->horizontalScrollBar()->maximum(), 0);
+        auto *const first = sidebar.named<QLineEdit>(QStringLiteral("User ID"));
+        const int fullWidth = first->width();
+        first->setFocus();
+        for (int i = 0; i < 14; ++i) {
+            const auto *const focused = QApplication::focusWidget();
+            const QRect place(focused->mapTo(area->viewport(), QPoint()), focused->size());
+            QVERIFY2(area->viewport()->rect().contains(place), qPrintable(focused->accessibleName()));
+            QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+        }
+        sidebar.window.resize(tall);
+        QTRY_COMPARE(area->verticalScrollBar()->maximum(), 0);
+        QTRY_COMPARE(first->width(), fullWidth); // the scroll bar takes nothing from the fields
+    }
+
+    void statusStaysInSightWhileTheFormsScroll()
+    {
+        Sidebar sidebar({340, 400});
+        sidebar.state().statusText = QStringLiteral("Add a display name.");
+        sidebar.refresh();
+        const auto *const status = statusLine(sidebar, QStringLiteral("Status"));
+        auto *const forms = sidebar.window.findChild<QScrollArea *>()->verticalScrollBar();
+        for (const int position : {0, forms->maximum()}) {
+            forms->setValue(position);
+            QVERIFY(!status->visibleRegion().isEmpty());
+            QCOMPARE(status->visibleRegion().boundingRect(), status->rect());
+            QCOMPARE(status->mapTo(&sidebar.window, QPoint(0, status->height())).y(), 400 - 18);
+        }
+    }
+
+    void veryLongStatusScrollsByItselfWithTheKeyboardToo()
+    {
+        Sidebar sidebar(tall);
+        sidebar.state().statusText =
+            QStringLiteral("The server is taking longer than usual to answer. ").repeated(2000);
+        sidebar.refresh();
+        const auto *const line = sidebar.view->findChild<StatusLine *>();
+        QTRY_VERIFY(line->verticalScrollBar()->maximum() > 0);
+        QVERIFY(line->height() <= 120);
+
+        sidebar.button(QStringLiteral("Check Server"))->setFocus();
         QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+        QVERIFY(line->hasFocus());
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_PageDown);
+        QVERIFY(line->verticalScrollBar()->value() > 0);
+
+        sidebar.state().statusText = QStringLiteral("Paused.");
+        sidebar.refresh();
+        QTRY_COMPARE(line->verticalScrollBar()->maximum(), 0);
+        QCOMPARE(line->focusPolicy(), Qt::NoFocus);
     }
-    QCOMPARE(visited.join(QLatin1String(", ")),
-             QStringLiteral("User ID, Display name, Email, Phone, Bio, Sign Up, Log In, Server, Latitude, Longitude, "
-                            "Discoverable, Go Live, Pause, Check Server"));
-    QCOMPARE(QApplication::focusWidget()->accessibleName(), QStringLiteral("User ID")); // and around
-}
 
-void SidebarTest::lowWindowScrollsAndTabKeepsTheFocusedControlInSight()
-{
-    Sidebar sidebar({340, 400});
-    auto *const area = sidebar.window.findChild<QScrollArea *>();
-    QVERIFY(area->verticalScrollBar()->maximum() > 0);
-    QCOMPARE(area->horizontalScrollBar()->maximum(), 0);
-    auto *const first = sidebar.named<QLineEdit>(QStringLiteral("User ID"));
-    const int fullWidth = first->width();
-    first->setFocus();
-    for (int i = 0; i < 14; ++i) {
-        const auto *const focused = QApplication::focusWidget();
-        const QRect place(focused->mapTo(area->viewport(), QPoint()), focused->size());
-        QVERIFY2(area->viewport()->rect().contains(place), qPrintable(focused->accessibleName()));
-        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    void bioOfARightToLeftScriptBeginsAtTheRight()
+    {
+        Sidebar sidebar(tall);
+        const auto *const bio = sidebar.named<QPlainTextEdit>(QStringLiteral("Bio"));
+        sidebar.state().profileBio = QStringLiteral("אוהבת ספרים.");
+        sidebar.refresh();
+        QVERIFY(bio->cursorRect().left() > bio->width() / 2); // the caret stands before the first letter
+        sidebar.state().profileBio = QStringLiteral("Reads on benches.");
+        sidebar.refresh();
+        QVERIFY(bio->cursorRect().left() < bio->width() / 4);
     }
-    sidebar.window.resize(tall);
-    QTRY_COMPARE(area->verticalScrollBar()->maximum(), 0);
-    QTRY_COMPARE(first->width(), fullWidth); // the scroll bar takes nothing from the fields
-}
 
-void SidebarTest::statusStaysInSightWhileTheFormsScroll()
-{
-    Sidebar sidebar({340, 400});
-    sidebar.state().statusText = QStringLiteral("Add a display name.");
-    sidebar.refresh();
-    const auto *const status = statusLine(sidebar, QStringLiteral("Status"));
-    auto *const forms = sidebar.window.findChild<QScrollArea *>()->verticalScrollBar();
-    for (const int position : {0, forms->maximum()}) {
-        forms->setValue(position);
-        QVERIFY(!status->visibleRegion().isEmpty());
-        QCOMPARE(status->visibleRegion().boundingRect(), status->rect());
-        QCOMPARE(status->mapTo(&sidebar.window, QPoint(0, status->height())).y(), 400 - 18);
+    void textsFromTheServerAreShownAsTheyStand()
+    {
+        Sidebar sidebar(tall);
+        const QString hostile = QStringLiteral("<b>x</b><img src=\"file:///etc/passwd\"> &lt; & width=20000");
+        sidebar.state().statusText = hostile;
+        sidebar.state().serverStatusText = hostile;
+        sidebar.state().betaStatusText = QStringLiteral("M").repeated(5000);
+        sidebar.refresh();
+        for (const char *const description : {"Status", "Server status"}) {
+            auto *const line = statusLine(sidebar, QString::fromLatin1(description));
+            const auto *const accessible = QAccessible::queryAccessibleInterface(line);
+            QCOMPARE(accessible->text(QAccessible::Name), hostile);
+            QCOMPARE(accessible->text(QAccessible::Description), QString::fromLatin1(description));
+        }
+        QCOMPARE(sidebar.view->width(), 340);
+        QVERIFY(statusLine(sidebar, QStringLiteral("Android beta status"))->width() <= 304);
     }
-}
 
-void SidebarTest::veryLongStatusScrollsByItselfWithTheKeyboardToo()
-{
-    Sidebar sidebar(tall);
-    sidebar.state().statusText = QStringLiteral("The server is taking longer than usual to answer. ").repeated(2000);
-    sidebar.refresh();
-    const auto *const line = sidebar.view->findChild<StatusLine *>();
-    QTRY_VERIFY(line->verticalScrollBar()->maximum() > 0);
-    QVERIFY(line->height() <= 120);
+    void columnKeepsItsMetrics()
+    {
+        Sidebar sidebar(tall);
+        const auto place = [&sidebar](const QWidget *widget) {
+            return QRect(widget->mapTo(&sidebar.window, QPoint()), widget->size());
+        };
+        const QRect logo = place(sidebar.named<QWidget>(QStringLiteral("Ambrel")));
+        const auto lines = sidebar.window.findChildren<QLabel *>();
+        const QRect wordmark = place(lines.at(0));
+        const QRect tagline = place(lines.at(1));
+        const QRect text = wordmark.united(tagline);
+        QCOMPARE(logo.united(text).topLeft(), QPoint(18, 18));
+        QCOMPARE(logo.left(), 18);
+        QCOMPARE(text.left() - logo.right() - 1, 12);
+        QCOMPARE(tagline.top() - wordmark.bottom() - 1, 2);
+        QVERIFY(std::abs(logo.center().y() - text.center().y()) <= 1);
+        QCOMPARE(logo.size(), QSize(52, 52));
+        const QRect userId = place(sidebar.named<QLineEdit>(QStringLiteral("User ID")));
+        const QRect name = place(sidebar.named<QLineEdit>(QStringLiteral("Display name")));
+        const QRect phone = place(sidebar.named<QLineEdit>(QStringLiteral("Phone")));
+        const QRect bio = place(sidebar.named<QPlainTextEdit>(QStringLiteral("Bio")));
+        const QRect signUp = place(sidebar.button(QStringLiteral("Sign Up")));
+        const QRect logIn = place(sidebar.button(QStringLiteral("Log In")));
+        const QRect discoverable = place(sidebar.window.findChild<Switch *>());
+        QCOMPARE(discoverable.left(), userId.left());
+        QCOMPARE(discoverable.right() - focusRingReach, userId.right()); // its track ends where the fields end
+        QCOMPARE(name.top() - userId.bottom() - 1, 10);
+        QCOMPARE(bio.top() - phone.bottom() - 1, 10);
+        QCOMPARE(bio.height(), 72);
+        QCOMPARE(bio.width(), userId.width());
+        QCOMPARE(signUp.top() - bio.bottom() - 1, 10);
+        QCOMPARE(signUp.height(), 40);
+        QCOMPARE(signUp.width(), logIn.width());
 
-    sidebar.button(QStringLiteral("Check Server"))->setFocus();
-    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
-    QVERIFY(line->hasFocus());
-    QTest::keyClick(QApplication::focusWidget(), Qt::Key_PageDown);
-    QVERIFY(line->verticalScrollBar()->value() > 0);
-
-    sidebar.state().statusText = QStringLiteral("Paused.");
-    sidebar.refresh();
-    QTRY_COMPARE(line->verticalScrollBar()->maximum(), 0);
-    QCOMPARE(line->focusPolicy(), Qt::NoFocus);
-}
-
-void SidebarTest::bioOfARightToLeftScriptBeginsAtTheRight()
-{
-    Sidebar sidebar(tall);
-    const auto *const bio = sidebar.named<QPlainTextEdit>(QStringLiteral("Bio"));
-    sidebar.state().profileBio = QStringLiteral("אוהבת ספרים.");
-    sidebar.refresh();
-    QVERIFY(bio->cursorRect().left() > bio->width() / 2); // the caret stands before the first letter
-    sidebar.state().profileBio = QStringLiteral("Reads on benches.");
-    sidebar.refresh();
-    QVERIFY(bio->cursorRect().left() < bio->width() / 4);
-}
-
-void SidebarTest::textsFromTheServerAreShownAsTheyStand()
-{
-    Sidebar sidebar(tall);
-    const QString hostile = QStringLiteral("<b>x</b><img src=\"file:///etc/passwd\"> &lt; & width=20000");
-    sidebar.state().statusText = hostile;
-    sidebar.state().serverStatusText = hostile;
-    sidebar.state().betaStatusText = QStringLiteral("M").repeated(5000);
-    sidebar.refresh();
-    for (const char *const description : {"Status", "Server status"}) {
-        auto *const line = statusLine(sidebar, QString::fromLatin1(description));
-        const auto *const accessible = QAccessible::queryAccessibleInterface(line);
-        QCOMPARE(accessible->text(QAccessible::Name), hostile);
-        QCOMPARE(accessible->text(QAccessible::Description), QString::fromLatin1(description));
+        // The editor's outline: one pixel of black at 15 % over white.
+        COMPARE_COLORS(shownAt(sidebar.window, QPoint(bio.center().x(), bio.top())), QColor(217, 217, 217));
+        COMPARE_COLORS(shownAt(sidebar.window, QPoint(bio.center().x(), bio.top() + 1)), QColor(Qt::white));
     }
-    QCOMPARE(sidebar.view->width(), 340);
-    QVERIFY(statusLine(sidebar, QStringLiteral("Android beta status"))->width() <= 304);
-}
 
-void SidebarTest::columnKeepsItsMetrics()
-{
-    Sidebar sidebar(tall);
-    const auto place = [&sidebar](const QWidget *widget) {
-        return QRect(widget->mapTo(&sidebar.window, QPoint()), widget->size());
-    };
-    const QRect logo = place(sidebar.named<QWidget>(QStringLiteral("Ambrel")));
-    const auto lines = sidebar.window.findChildren<QLabel *>();
-    const QRect wordmark = place(lines.at(0));
-    const QRect tagline = place(lines.at(1));
-    const QRect text = wordmark.united(tagline);
-    QCOMPARE(logo.united(text).topLeft(), QPoint(18, 18));
-    QCOMPARE(logo.left(), 18);
-    QCOMPARE(text.left() - logo.right() - 1, 12);
-    QCOMPARE(tagline.top() - wordmark.bottom() - 1, 2);
-    QVERIFY(std::abs(logo.center().y() - text.center().y()) <= 1);
-    QCOMPARE(logo.size(), QSize(52, 52));
-    const QRect userId = place(sidebar.named<QLineEdit>(QStringLiteral("User ID")));
-    const QRect name = place(sidebar.named<QLineEdit>(QStringLiteral("Display name")));
-    const QRect phone = place(sidebar.named<QLineEdit>(QStringLiteral("Phone")));
-    const QRect bio = place(sidebar.named<QPlainTextEdit>(QStringLiteral("Bio")));
-    const QRect signUp = place(sidebar.button(QStringLiteral("Sign Up")));
-    const QRect logIn = place(sidebar.button(QStringLiteral("Log In")));
-    const QRect discoverable = place(sidebar.window.findChild<Switch *>());
-    QCOMPARE(discoverable.left(), userId.left());
-    QCOMPARE(discoverable.right() - focusRingReach, userId.right()); // its track ends where the fields end
-    QCOMPARE(name.top() - userId.bottom() - 1, 10);
-    QCOMPARE(bio.top() - phone.bottom() - 1, 10);
-    QCOMPARE(bio.height(), 72);
-    QCOMPARE(bio.width(), userId.width());
-    QCOMPARE(signUp.top() - bio.bottom() - 1, 10);
-    QCOMPARE(signUp.height(), 40);
-    QCOMPARE(signUp.width(), logIn.width());
-
-    // The editor's outline: one pixel of black at 15 % over white.
-    COMPARE_COLORS(shownAt(sidebar.window, QPoint(bio.center().x(), bio.top())), QColor(217, 217, 217));
-    COMPARE_COLORS(shownAt(sidebar.window, QPoint(bio.center().x(), bio.top() + 1)), QColor(Qt::white));
-}
-
-void SidebarTest::fieldsAreWhiteOnADarkDesktop()
-{
-    QPalette dark(QColor(20, 20, 20));
-    QApplication::setPalette(dark); // what the desktop had before the application chose its own
-    AmbrelStyle::install();
-    Sidebar sidebar(tall);
-    auto *const field = sidebar.named<QLineEdit>(QStringLiteral("Email"));
-    QCOMPARE(field->palette().color(QPalette::Text), theme::primaryText);
-    QCOMPARE(field->palette().color(QPalette::PlaceholderText), theme::placeholderText);
-    COMPARE_COLORS(shownAt(*field, {field->width() - 10, 14}), QColor(Qt::white));
-}
+    void fieldsAreWhiteOnADarkDesktop()
+    {
+        QPalette dark(QColor(20, 20, 20));
+        QApplication::setPalette(dark); // what the desktop had before the application chose its own
+        AmbrelStyle::install();
+        Sidebar sidebar(tall);
+        auto *const field = sidebar.named<QLineEdit>(QStringLiteral("Email"));
+        QCOMPARE(field->palette().color(QPalette::Text), theme::primaryText);
+        QCOMPARE(field->palette().color(QPalette::PlaceholderText), theme::placeholderText);
+        COMPARE_COLORS(shownAt(*field, {field->width() - 10, 14}), QColor(Qt::white));
+    }
+};
 
 QTEST_MAIN(SidebarTest)
 #include "SidebarTest.moc"

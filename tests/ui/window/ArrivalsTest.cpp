@@ -10,8 +10,29 @@ class ArrivalsTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void newcomersAreToldEvenWhenTheNumberStays_data();
-    void newcomersAreToldEvenWhenTheNumberStays();
+    void newcomersAreToldEvenWhenTheNumberStays_data()
+    {
+        QTest::addColumn<QString>("before");
+        QTest::addColumn<QString>("now");
+        QTest::addColumn<QString>("told");
+        QTest::newRow("first") << QString() << QStringLiteral("Ana") << QStringLiteral("Ana is nearby.");
+        QTest::newRow("several") << QString() << QStringLiteral("Ana Ben Eve")
+                                 << QStringLiteral("Ana is nearby, and 2 more.");
+        QTest::newRow("exchanged") << QStringLiteral("Ana Ben") << QStringLiteral("Ana Eve")
+                                   << QStringLiteral("Eve is nearby.");
+        QTest::newRow("another order") << QStringLiteral("Ana Ben") << QStringLiteral("Ben Ana") << QString();
+        QTest::newRow("gone") << QStringLiteral("Ana Ben") << QStringLiteral("Ben") << QString();
+        QTest::newRow("right to left") << QString() << QStringLiteral("נור")
+                                       << QStringLiteral("\u2068נור\u2069 is nearby.");
+    }
+
+    void newcomersAreToldEvenWhenTheNumberStays()
+    {
+        QFETCH(const QString, before);
+        QFETCH(const QString, now);
+        QFETCH(const QString, told);
+        QCOMPARE(arrivalsText(people(before), people(now)), told);
+    }
 };
 
 static QList<MatchResult> people(const QString &names)
@@ -20,30 +41,6 @@ static QList<MatchResult> people(const QString &names)
     for (const QString &name : names.split(u' ', Qt::SkipEmptyParts))
         people += person(name);
     return people;
-}
-
-void ArrivalsTest::newcomersAreToldEvenWhenTheNumberStays_data()
-{
-    QTest::addColumn<QString>("before");
-    QTest::addColumn<QString>("now");
-    QTest::addColumn<QString>("told");
-    QTest::newRow("first") << QString() << QStringLiteral("Ana") << QStringLiteral("Ana is nearby.");
-    QTest::newRow("several") << QString() << QStringLiteral("Ana Ben Eve")
-                             << QStringLiteral("Ana is nearby, and 2 more.");
-    QTest::newRow("exchanged") << QStringLiteral("Ana Ben") << QStringLiteral("Ana Eve")
-                               << QStringLiteral("Eve is nearby.");
-    QTest::newRow("another order") << QStringLiteral("Ana Ben") << QStringLiteral("Ben Ana") << QString();
-    QTest::newRow("gone") << QStringLiteral("Ana Ben") << QStringLiteral("Ben") << QString();
-    QTest::newRow("right to left") << QString() << QStringLiteral("נור")
-                                   << QStringLiteral("\u2068נור\u2069 is nearby.");
-}
-
-void ArrivalsTest::newcomersAreToldEvenWhenTheNumberStays()
-{
-    QFETCH(const QString, before);
-    QFETCH(const QString, now);
-    QFETCH(const QString, told);
-    QCOMPARE(arrivalsText(people(before), people(now)), told);
 }
 
 QTEST_APPLESS_MAIN(ArrivalsTest)

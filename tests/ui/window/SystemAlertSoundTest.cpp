@@ -46,43 +46,39 @@ private Q_SLOTS:
         waitForWorkers();
     }
 
-    void playsTheDesktopsNewMessageSoundWithoutWaitingForIt();
-    void beepsWhereNoSoundCanBePlayed();
-    void mayGoWhileASoundIsUnderWay();
-};
-
-void SystemAlertSoundTest::playsTheDesktopsNewMessageSoundWithoutWaitingForIt()
-{
-    SystemAlertSound sound;
-    sound.play(); // returns, although the library does not
-    QTRY_VERIFY(isUnderWay());
-    letItPlay();
-    QTRY_COMPARE(qgetenv("FAKE_CANBERRA_PLAYED"), QByteArray("message-new-instant"));
-    waitForWorkers();
-    QCoreApplication::processEvents();
-    QCOMPARE(beeps, 0);
-}
-
-void SystemAlertSoundTest::beepsWhereNoSoundCanBePlayed()
-{
-    qputenv("FAKE_CANBERRA_FAILS", "1");
-    letItPlay();
-    SystemAlertSound sound;
-    sound.play();
-    QTRY_COMPARE(beeps, 1);
-}
-
-void SystemAlertSoundTest::mayGoWhileASoundIsUnderWay()
-{
+    void playsTheDesktopsNewMessageSoundWithoutWaitingForIt()
     {
         SystemAlertSound sound;
-        sound.play();
+        sound.play(); // returns, although the library does not
         QTRY_VERIFY(isUnderWay());
+        letItPlay();
+        QTRY_COMPARE(qgetenv("FAKE_CANBERRA_PLAYED"), QByteArray("message-new-instant"));
+        waitForWorkers();
+        QCoreApplication::processEvents();
+        QCOMPARE(beeps, 0);
     }
-    letItPlay();
-    waitForWorkers();
-    QCOMPARE(qgetenv("FAKE_CANBERRA_PLAYED"), QByteArray("message-new-instant"));
-}
+
+    void beepsWhereNoSoundCanBePlayed()
+    {
+        qputenv("FAKE_CANBERRA_FAILS", "1");
+        letItPlay();
+        SystemAlertSound sound;
+        sound.play();
+        QTRY_COMPARE(beeps, 1);
+    }
+
+    void mayGoWhileASoundIsUnderWay()
+    {
+        {
+            SystemAlertSound sound;
+            sound.play();
+            QTRY_VERIFY(isUnderWay());
+        }
+        letItPlay();
+        waitForWorkers();
+        QCOMPARE(qgetenv("FAKE_CANBERRA_PLAYED"), QByteArray("message-new-instant"));
+    }
+};
 
 QTEST_MAIN(SystemAlertSoundTest)
 #include "SystemAlertSoundTest.moc"

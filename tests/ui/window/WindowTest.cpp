@@ -54,176 +54,164 @@ class WindowTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void refusesToShrinkBelow980By680AndGivesExtraWidthToTheMainPanel();
-    void columnsKeepTheirPlacesAtEverySize_data();
-    void columnsKeepTheirPlacesAtEverySize();
-    void opensAtAComfortableSizeWithItsTitleForTheWindowManager();
-    void mainPanelScrollsSidewaysInTheSmallestWindow();
-    void withoutAnybodyNearbyTheKeyboardScrollsSidewaysToo();
-    void materialsAndDividerLieOnTheGradient();
-    void nothingIsSentWhenTheWindowOpens();
-    void everythingIsLightOnADarkDesktop();
-    void decimalsKeepTheirPointWhateverTheLocale();
-    void closingTheWindowKeepsTheState();
-    void aViewWithoutAStateEndsTheProgram();
-};
+    void refusesToShrinkBelow980By680AndGivesExtraWidthToTheMainPanel()
+    {
+        const auto window = openAt({1280, 860});
+        const int sidebarWidth = placeOf<SidebarView>(*window).width();
+        const int panelWidth = placeOf<MainPanelView>(*window).width();
+        QCOMPARE(sidebarWidth, 340);
 
-void WindowTest::refusesToShrinkBelow980By680AndGivesExtraWidthToTheMainPanel()
-{
-    const auto window = openAt({1280, 860});
-    const int sidebarWidth = placeOf<SidebarView>(*window).width();
-    const int panelWidth = placeOf<MainPanelView>(*window).width();
-    QCOMPARE(sidebarWidth, 340);
+        window->resize(1480, 860);
+        QTRY_COMPARE(placeOf<MainPanelView>(*window).width(), panelWidth + 200);
+        QCOMPARE(placeOf<SidebarView>(*window).width(), 340);
 
-    window->resize(1480, 860);
-    QTRY_COMPARE(placeOf<MainPanelView>(*window).width(), panelWidth + 200);
-    QCOMPARE(placeOf<SidebarView>(*window).width(), 340);
-
-    window->resize(300, 200);
-    QTRY_COMPARE(window->size(), QSize(980, 680));
-    QCOMPARE(window->windowHandle()->minimumSize(), QSize(980, 680)); // what the window manager is told
-    QCOMPARE(placeOf<SidebarView>(*window).width(), 340);
-}
-
-void WindowTest::columnsKeepTheirPlacesAtEverySize_data()
-{
-    QTest::addColumn<QSize>("size");
-    QTest::newRow("smallest") << QSize(980, 680);
-    QTest::newRow("comfortable") << QSize(1280, 860);
-    QTest::newRow("large") << QSize(1600, 1000);
-}
-
-void WindowTest::columnsKeepTheirPlacesAtEverySize()
-{
-    QFETCH(QSize, size);
-    const auto window = openAt(size);
-    const int height = size.height();
-    QCOMPARE(placeOf<SidebarView>(*window), QRect(18, 18, 340, height - 36));
-    const auto *const divider = window->findChild<ContentView *>()->findChild<QWidget *>()->findChild<Divider *>(
-        QString(), Qt::FindDirectChildrenOnly);
-    QCOMPARE(QRect(divider->mapTo(window.get(), QPoint()), divider->size()), QRect(358, 18, 1, height - 36));
-
-    const QRect panel = placeOf<MainPanelView>(*window);
-    const QRect profile = placeOf<ProfilePanel>(*window);
-    QCOMPARE(panel.topLeft(), QPoint(359, 18));
-    QCOMPARE(panel.width(), std::max(size.width() - 359 - 18, 18 + 360 + 18 + 330 + 18));
-    QCOMPARE(profile.width(), 330);
-    QCOMPARE(profile.right(), panel.right() - 18);
-    QCOMPARE(profile.top(), 36);
-}
-
-void WindowTest::opensAtAComfortableSizeWithItsTitleForTheWindowManager()
-{
-    const auto window = application().openWindow();
-    QCOMPARE(window->size(), QSize(1280, 860));
-    QVERIFY(window->screen()->availableGeometry().contains(window->geometry()));
-    QCOMPARE(window->windowTitle(), QStringLiteral("Ambrel"));
-    QVERIFY(window->windowFlags() & Qt::FramelessWindowHint);
-    for (const auto *const area : window->findChild<SidebarView *>()->findChildren<QScrollArea *>())
-        QCOMPARE(area->verticalScrollBar()->maximum(), 0); // all forms are in sight
-}
-
-void WindowTest::mainPanelScrollsSidewaysInTheSmallestWindow()
-{
-    const auto window = openAt({980, 680});
-    auto *const panel = window->findChild<MainPanelView *>();
-    auto *const area = qobject_cast<QScrollArea *>(panel->parentWidget()->parentWidget());
-    QCOMPARE(area->horizontalScrollBar()->maximum(), panel->width() - area->viewport()->width());
-    area->horizontalScrollBar()->setValue(area->horizontalScrollBar()->maximum());
-    QVERIFY(window->rect().contains(placeOf<ProfilePanel>(*window))); // within reach, whole
-}
-
-void WindowTest::withoutAnybodyNearbyTheKeyboardScrollsSidewaysToo()
-{
-    const auto window = openAt({980, 680});
-    auto *const area =
-        qobject_cast<QScrollArea *>(window->findChild<MainPanelView *>()->parentWidget()->parentWidget());
-    window->activateWindow();
-    QTRY_VERIFY(QApplication::focusWidget());
-    for (int stop = 0; stop < 40 && QApplication::focusWidget() != area; ++stop)
-        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
-    QCOMPARE(QApplication::focusWidget(), area);
-    while (area->horizontalScrollBar()->value() < area->horizontalScrollBar()->maximum()) {
-        const int before = area->horizontalScrollBar()->value();
-        QTest::keyClick(area, Qt::Key_Right);
-        QVERIFY(area->horizontalScrollBar()->value() > before);
+        window->resize(300, 200);
+        QTRY_COMPARE(window->size(), QSize(980, 680));
+        QCOMPARE(window->windowHandle()->minimumSize(), QSize(980, 680)); // what the window manager is told
+        QCOMPARE(placeOf<SidebarView>(*window).width(), 340);
     }
-}
 
-void WindowTest::materialsAndDividerLieOnTheGradient()
-{
-    const auto window = openAt({1000, 800});
-    const auto gradientAt = [](double x, double y) {
-        const double t = 2 * (x * 1000 + y * 800) / (1000.0 * 1000 + 800.0 * 800);
-        const auto mix = [t](double start, double middle, double end) {
-            return float(t < 1 ? start + (middle - start) * t : middle + (end - middle) * (t - 1));
+    void columnsKeepTheirPlacesAtEverySize_data()
+    {
+        QTest::addColumn<QSize>("size");
+        QTest::newRow("smallest") << QSize(980, 680);
+        QTest::newRow("comfortable") << QSize(1280, 860);
+        QTest::newRow("large") << QSize(1600, 1000);
+    }
+
+    void columnsKeepTheirPlacesAtEverySize()
+    {
+        QFETCH(QSize, size);
+        const auto window = openAt(size);
+        const int height = size.height();
+        QCOMPARE(placeOf<SidebarView>(*window), QRect(18, 18, 340, height - 36));
+        const auto *const divider = window->findChild<ContentView *>()->findChild<QWidget *>()->findChild<Divider *>(
+            QString(), Qt::FindDirectChildrenOnly);
+        QCOMPARE(QRect(divider->mapTo(window.get(), QPoint()), divider->size()), QRect(358, 18, 1, height - 36));
+
+        const QRect panel = placeOf<MainPanelView>(*window);
+        const QRect profile = placeOf<ProfilePanel>(*window);
+        QCOMPARE(panel.topLeft(), QPoint(359, 18));
+        QCOMPARE(panel.width(), std::max(size.width() - 359 - 18, 18 + 360 + 18 + 330 + 18));
+        QCOMPARE(profile.width(), 330);
+        QCOMPARE(profile.right(), panel.right() - 18);
+        QCOMPARE(profile.top(), 36);
+    }
+
+    void opensAtAComfortableSizeWithItsTitleForTheWindowManager()
+    {
+        const auto window = application().openWindow();
+        QCOMPARE(window->size(), QSize(1280, 860));
+        QVERIFY(window->screen()->availableGeometry().contains(window->geometry()));
+        QCOMPARE(window->windowTitle(), QStringLiteral("Ambrel"));
+        QVERIFY(window->windowFlags() & Qt::FramelessWindowHint);
+        for (const auto *const area : window->findChild<SidebarView *>()->findChildren<QScrollArea *>())
+            QCOMPARE(area->verticalScrollBar()->maximum(), 0); // all forms are in sight
+    }
+
+    void mainPanelScrollsSidewaysInTheSmallestWindow()
+    {
+        const auto window = openAt({980, 680});
+        auto *const panel = window->findChild<MainPanelView *>();
+        auto *const area = qobject_cast<QScrollArea *>(panel->parentWidget()->parentWidget());
+        QCOMPARE(area->horizontalScrollBar()->maximum(), panel->width() - area->viewport()->width());
+        area->horizontalScrollBar()->setValue(area->horizontalScrollBar()->maximum());
+        QVERIFY(window->rect().contains(placeOf<ProfilePanel>(*window))); // within reach, whole
+    }
+
+    void withoutAnybodyNearbyTheKeyboardScrollsSidewaysToo()
+    {
+        const auto window = openAt({980, 680});
+        auto *const area =
+            qobject_cast<QScrollArea *>(window->findChild<MainPanelView *>()->parentWidget()->parentWidget());
+        window->activateWindow();
+        QTRY_VERIFY(QApplication::focusWidget());
+        for (int stop = 0; stop < 40 && QApplication::focusWidget() != area; ++stop)
+            QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+        QCOMPARE(QApplication::focusWidget(), area);
+        while (area->horizontalScrollBar()->value() < area->horizontalScrollBar()->maximum()) {
+            const int before = area->horizontalScrollBar()->value();
+            QTest::keyClick(area, Qt::Key_Right);
+            QVERIFY(area->horizontalScrollBar()->value() > before);
+        }
+    }
+
+    void materialsAndDividerLieOnTheGradient()
+    {
+        const auto window = openAt({1000, 800});
+        const auto gradientAt = [](double x, double y) {
+            const double t = 2 * (x * 1000 + y * 800) / (1000.0 * 1000 + 800.0 * 800);
+            const auto mix = [t](double start, double middle, double end) {
+                return float(t < 1 ? start + (middle - start) * t : middle + (end - middle) * (t - 1));
+            };
+            return QColor::fromRgbF(mix(1.0, 0.98, 0.95), mix(0.95, 0.86, 0.4), mix(0.9, 0.76, 0.3));
         };
-        return QColor::fromRgbF(mix(1.0, 0.98, 0.95), mix(0.95, 0.86, 0.4), mix(0.9, 0.76, 0.3));
-    };
-    COMPARE_COLORS(shownAt(*window, {5, 400}), gradientAt(5, 400));
-    COMPARE_COLORS(shownAt(*window, {25, 400}), over(theme::regularMaterial, gradientAt(25, 400)));
-    COMPARE_COLORS(shownAt(*window, {358, 400}), over(theme::divider, gradientAt(358, 400)));
-    COMPARE_COLORS(shownAt(*window, {18, 18}), gradientAt(18, 18)); // the corner is round
-    COMPARE_COLORS(shownAt(*window, {390, 120}), over(theme::ultraThinMaterial, gradientAt(390, 120)));
-    QVERIFY(std::abs(theme::divider.alphaF() - 0.35F) < 0.001F);
-}
+        COMPARE_COLORS(shownAt(*window, {5, 400}), gradientAt(5, 400));
+        COMPARE_COLORS(shownAt(*window, {25, 400}), over(theme::regularMaterial, gradientAt(25, 400)));
+        COMPARE_COLORS(shownAt(*window, {358, 400}), over(theme::divider, gradientAt(358, 400)));
+        COMPARE_COLORS(shownAt(*window, {18, 18}), gradientAt(18, 18)); // the corner is round
+        COMPARE_COLORS(shownAt(*window, {390, 120}), over(theme::ultraThinMaterial, gradientAt(390, 120)));
+        QVERIFY(std::abs(theme::divider.alphaF() - 0.35F) < 0.001F);
+    }
 
-void WindowTest::nothingIsSentWhenTheWindowOpens()
-{
-    const auto window = openAt({1280, 860});
-    const auto &state = ViewEnvironment::of(*window).state();
-    QVERIFY(!state.isBusy);
-    QVERIFY(!state.isLive);
-    QVERIFY(state.isIdle());
-    QCOMPARE(state.statusText.value(), QStringLiteral("Ready."));
-}
+    void nothingIsSentWhenTheWindowOpens()
+    {
+        const auto window = openAt({1280, 860});
+        const auto &state = ViewEnvironment::of(*window).state();
+        QVERIFY(!state.isBusy);
+        QVERIFY(!state.isLive);
+        QVERIFY(state.isIdle());
+        QCOMPARE(state.statusText.value(), QStringLiteral("Ready."));
+    }
 
-void WindowTest::everythingIsLightOnADarkDesktop()
-{
-    // main() has written a dark desktop's settings before the application started.
-    const auto isLight = [](const QPalette &palette) {
-        return palette.color(QPalette::Window).lightness() > 200 && palette.color(QPalette::Base).lightness() > 200 &&
-               palette.color(QPalette::Button).lightness() > 200 &&
-               palette.color(QPalette::ToolTipBase).lightness() > 200 &&
-               palette.color(QPalette::Text).lightness() < 100 &&
-               palette.color(QPalette::WindowText).lightness() < 100 &&
-               palette.color(QPalette::ToolTipText).lightness() < 100;
-    };
-    QVERIFY(isLight(QApplication::palette()));
-    QVERIFY(isLight(QToolTip::palette()));
-    QVERIFY(isLight(QMenu().palette()));
-    QVERIFY(isLight(QApplication::palette("QMenu")));
-    const auto window = openAt({1280, 860});
-    for (const auto *const widget : window->findChildren<QWidget *>())
-        QVERIFY2(widget->palette().color(QPalette::Text).lightness() < 100, widget->metaObject()->className());
-}
+    void everythingIsLightOnADarkDesktop()
+    {
+        // main() has written a dark desktop's settings before the application started.
+        const auto isLight = [](const QPalette &palette) {
+            return palette.color(QPalette::Window).lightness() > 200 &&
+                   palette.color(QPalette::Base).lightness() > 200 &&
+                   palette.color(QPalette::Button).lightness() > 200 &&
+                   palette.color(QPalette::ToolTipBase).lightness() > 200 &&
+                   palette.color(QPalette::Text).lightness() < 100 &&
+                   palette.color(QPalette::WindowText).lightness() < 100 &&
+                   palette.color(QPalette::ToolTipText).lightness() < 100;
+        };
+        QVERIFY(isLight(QApplication::palette()));
+        QVERIFY(isLight(QToolTip::palette()));
+        QVERIFY(isLight(QMenu().palette()));
+        QVERIFY(isLight(QApplication::palette("QMenu")));
+        const auto window = openAt({1280, 860});
+        for (const auto *const widget : window->findChildren<QWidget *>())
+            QVERIFY2(widget->palette().color(QPalette::Text).lightness() < 100, widget->metaObject()->className());
+    }
 
-void WindowTest::decimalsKeepTheirPointWhateverTheLocale()
-{
-    // The toolkit has adopted the environment's locale for everything; numbers alone are taken back from it.
-    QVERIFY(QByteArray(setlocale(LC_CTYPE, nullptr)) != "C");
-    QCOMPARE(QByteArray(setlocale(LC_NUMERIC, nullptr)), QByteArray("C"));
-}
+    void decimalsKeepTheirPointWhateverTheLocale()
+    {
+        // The toolkit has adopted the environment's locale for everything; numbers alone are taken back from it.
+        QVERIFY(QByteArray(setlocale(LC_CTYPE, nullptr)) != "C");
+        QCOMPARE(QByteArray(setlocale(LC_NUMERIC, nullptr)), QByteArray("C"));
+    }
 
-void WindowTest::closingTheWindowKeepsTheState()
-{
-    auto window = openAt({980, 680});
-    auto &state = ViewEnvironment::of(*window).state();
-    state.displayName = QStringLiteral("Sam");
-    window->close();
-    window.reset();
-    QCOMPARE(state.displayName.value(), QStringLiteral("Sam"));
-    const auto next = openAt({980, 680});
-    QCOMPARE(&ViewEnvironment::of(*next).state(), &state);
-}
+    void closingTheWindowKeepsTheState()
+    {
+        auto window = openAt({980, 680});
+        auto &state = ViewEnvironment::of(*window).state();
+        state.displayName = QStringLiteral("Sam");
+        window->close();
+        window.reset();
+        QCOMPARE(state.displayName.value(), QStringLiteral("Sam"));
+        const auto next = openAt({980, 680});
+        QCOMPARE(&ViewEnvironment::of(*next).state(), &state);
+    }
 
-void WindowTest::aViewWithoutAStateEndsTheProgram()
-{
-    QVERIFY(endsTheProgram([] {
-        QWidget orphanage;
-        const ContentView orphan(&orphanage);
-    }));
-}
+    void aViewWithoutAStateEndsTheProgram()
+    {
+        QVERIFY(endsTheProgram([] {
+            QWidget orphanage;
+            const ContentView orphan(&orphanage);
+        }));
+    }
+};
 
 int main(int argc, char **argv)
 {
