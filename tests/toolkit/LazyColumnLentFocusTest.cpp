@@ -167,7 +167,7 @@ private:
         m_people->ids = names;
         m_window->column.refresh();
     }
-    auto *row(const QString &name) const { return m_window->row(name); }
+    CardRow *row(const QString &name) const { return m_window->row(name); }
 
     std::unique_ptr<People> m_people;
     std::unique_ptr<PeopleWindow> m_window;
