@@ -63,7 +63,7 @@ bool AmbrelAppState::isSignedIn() const
 void AmbrelAppState::shutDown()
 {
     cancelLoops();
-    m_end.request_stop();
+    m_exit.request_stop();
 }
 
 } // namespace ambrel

@@ -94,11 +94,10 @@ public:
     void flashSeeMeLogo();
 
     // Exit
-    /// Asks the loops and the flash to end now; nothing sounds any more. Requests in flight end by themselves or with
-    /// the HTTP session, which may be after this state's other owners have gone.
+    /// Asks the loops and the flash to end, which they do when the event loop turns next; nothing starts or sounds any
+    /// more. Requests in flight end by themselves or with the HTTP session, which may be after this state's other
+    /// owners have gone.
     void shutDown();
-    /// True when no loop runs any more.
-    bool isIdle() const { return m_running.use_count() == 1; }
 
 Q_SIGNALS:
     /// Emitted right before any observable field changes.
@@ -125,8 +124,7 @@ private:
     std::shared_ptr<AmbrelAPI> api; ///< shared: a request in flight keeps the client it started on
     std::optional<BackgroundTask> liveTask;
     std::optional<BackgroundTask> seeMeTask;
-    std::shared_ptr<void> m_running = std::make_shared<char>(); ///< each loop holds a share while it runs
-    std::stop_source m_end;                                     ///< cuts the flash short at exit
+    std::stop_source m_exit; ///< stopped by shutDown; cuts the flash short
 };
 
 } // namespace ambrel

@@ -15,9 +15,8 @@ using Cycle = QCoro::Task<> (AmbrelAppState::*)();
 /// Runs `cycle` again and again, `pause` after each end, until it is stopped. Only a stop ends it: while the state
 /// is gone it idles.
 QCoro::Task<> repeat(std::weak_ptr<AmbrelAppState> weakState, Cycle cycle, std::chrono::milliseconds pause,
-                     std::shared_ptr<void> running, std::stop_token stop)
+                     std::stop_token stop)
 {
-    Q_UNUSED(running) // held while the loop runs
     const std::chrono::milliseconds nextTurn{0};
     co_await sleepFor(nextTurn, stop); // whoever starts a loop finishes first
     while (!stop.stop_requested()) {
@@ -33,6 +32,8 @@ QCoro::Task<> repeat(std::weak_ptr<AmbrelAppState> weakState, Cycle cycle, std::
 
 void AmbrelAppState::startLive()
 {
+    if (m_exit.stop_requested())
+        return; // a sign-up was answered late
     if (!isSignedIn()) {
         statusText = QStringLiteral("Sign up or log in first.");
         return;
@@ -43,9 +44,8 @@ void AmbrelAppState::startLive()
     cancelLoops();
 
     const auto loop = [this](Cycle cycle, std::chrono::milliseconds pause) {
-        return BackgroundTask([=, weak = weak_from_this(), running = m_running](std::stop_token stop) {
-            return repeat(weak, cycle, pause, running, std::move(stop));
-        });
+        return BackgroundTask(
+            [=, weak = weak_from_this()](std::stop_token stop) { return repeat(weak, cycle, pause, std::move(stop)); });
     };
     liveTask = loop(&AmbrelAppState::updateAndCheck, m_timings.livePause);
     seeMeTask = loop(&AmbrelAppState::pollSeeMe, m_timings.seeMePause);

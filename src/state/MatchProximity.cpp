@@ -2,6 +2,7 @@
 
 #include "state/RoundedInteger.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <limits>
@@ -10,17 +11,31 @@ namespace ambrel {
 
 namespace {
 
-enum class Tier { Outermost, Third, Second, Nearest };
-
-Tier tierOf(const MatchResult &match)
+/// What the server's heat level unlocks.
+struct Tier
 {
-    if (match.heatLevel == QLatin1String("VERY_HOT"))
-        return Tier::Nearest;
-    if (match.heatLevel == QLatin1String("HOT"))
-        return Tier::Second;
-    if (match.heatLevel == QLatin1String("AMBREL"))
-        return Tier::Third;
-    return Tier::Outermost;
+    QLatin1String heatLevel; ///< as on the wire
+    QLatin1String label;     ///< the distance band
+    bool isPhotoVisible;
+    bool canOpenPhoto;
+    bool showsEveryPhoto;
+    bool canSeeMe;
+};
+
+// clang-format off
+constexpr std::array tiers{
+    Tier{QLatin1String("VERY_HOT"), QLatin1String("100 m"),  true, true,  true,  true},
+    Tier{QLatin1String("HOT"),      QLatin1String("200 m"),  true, true,  false, false},
+    Tier{QLatin1String("AMBREL"),   QLatin1String("1/2 mi"), true, false, false, false},
+};
+constexpr Tier outermostTier{QLatin1String(), QLatin1String("1 mi"), false, false, false, false};
+// clang-format on
+
+const Tier &tierOf(const MatchResult &match)
+{
+    const auto *const tier = std::find_if(
+        tiers.begin(), tiers.end(), [&match](const Tier &candidate) { return candidate.heatLevel == match.heatLevel; });
+    return tier == tiers.end() ? outermostTier : *tier;
 }
 
 QList<PhotoText> photoList(const MatchResult &match)
@@ -42,53 +57,28 @@ QString withOneDecimal(double value)
 
 bool isPhotoVisible(const MatchResult &match)
 {
-    return tierOf(match) >= Tier::Third;
+    return tierOf(match).isPhotoVisible;
 }
 
 bool canOpenPhoto(const MatchResult &match)
 {
-    return tierOf(match) >= Tier::Second && !visiblePhotos(match).isEmpty();
+    return tierOf(match).canOpenPhoto && !visiblePhotos(match).isEmpty();
 }
 
 QList<PhotoText> visiblePhotos(const MatchResult &match)
 {
     const QList<PhotoText> photos = photoList(match);
-    return tierOf(match) == Tier::Nearest ? photos : photos.mid(0, 1);
+    return tierOf(match).showsEveryPhoto ? photos : photos.mid(0, 1);
 }
 
 bool canSeeMe(const MatchResult &match)
 {
-    return tierOf(match) == Tier::Nearest;
+    return tierOf(match).canSeeMe;
 }
 
 QString heatLabel(const MatchResult &match)
 {
-    switch (tierOf(match)) {
-    case Tier::Nearest:
-        return QStringLiteral("100 m");
-    case Tier::Second:
-        return QStringLiteral("200 m");
-    case Tier::Third:
-        return QStringLiteral("1/2 mi");
-    case Tier::Outermost:
-        break;
-    }
-    return QStringLiteral("1 mi");
-}
-
-QString unlockNote(const MatchResult &match)
-{
-    switch (tierOf(match)) {
-    case Tier::Nearest:
-        return QStringLiteral("All available photos are unlocked.");
-    case Tier::Second:
-        return QStringLiteral("More photos unlock within 100 m.");
-    case Tier::Third:
-        return QStringLiteral("Photo opens within 200 m.");
-    case Tier::Outermost:
-        break;
-    }
-    return QStringLiteral("Profile photo unlocks within 1/2 mile.");
+    return tierOf(match).label;
 }
 
 QString friendlyDistance(const MatchResult &match)

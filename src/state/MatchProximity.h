@@ -19,8 +19,6 @@ QList<PhotoText> visiblePhotos(const MatchResult &match);
 bool canSeeMe(const MatchResult &match);
 /// The distance band of the match's tier.
 QString heatLabel(const MatchResult &match);
-/// How close the user must come to see more.
-QString unlockNote(const MatchResult &match);
 /// The distance in metres or miles. A distance below the range of 64-bit integers ends the program.
 QString friendlyDistance(const MatchResult &match);
 

@@ -1,7 +1,6 @@
 #include "state/AlertSound.h"
 #include "state/AmbrelAppState.h"
 #include "state/ErrorDescription.h"
-#include "tasks/Sleep.h"
 
 namespace ambrel {
 
@@ -25,22 +24,8 @@ QCoro::Task<> AmbrelAppState::pollSeeMe()
 void AmbrelAppState::receive(const SeeMeMessage &message)
 {
     incomingSeeMe = message;
-    if (!m_end.stop_requested())
+    if (!m_exit.stop_requested())
         m_sound.play();
-}
-
-void AmbrelAppState::flashSeeMeLogo()
-{
-    showSeeMeFlash = true;
-    endFlash();
-}
-
-QCoro::Task<> AmbrelAppState::endFlash()
-{
-    const auto self = shared_from_this();
-    const std::stop_token end = m_end.get_token();
-    co_await sleepFor(m_timings.flashDuration, end);
-    showSeeMeFlash = false;
 }
 
 } // namespace ambrel

@@ -216,6 +216,21 @@ private Q_SLOTS:
         QCOMPARE(StateFixture::Store().value(QStringLiteral("phone")).toString(), QStringLiteral("123"));
     }
 
+    void signUpAnsweredDuringExitIsSavedAndStartsNothing()
+    {
+        FlowFixture fixture;
+        fixture.server.on("POST", "/api/signup", ScriptedReply::json("{\"ok\":true}").held());
+        fixture.state.userId = QStringLiteral("ann");
+        const auto signUp = fixture.state.signup();
+        QTRY_COMPARE(fixture.server.count("POST", "/api/signup"), 1);
+        fixture.state.shutDown();
+        fixture.server.release("POST", "/api/signup");
+        QTRY_VERIFY(!fixture.state.isBusy);
+        QCOMPARE(fixture.state.statusText.value(), QStringLiteral("Signed up."));
+        QVERIFY(!fixture.state.isLive);
+        QCOMPARE(StateFixture::Store().value(QStringLiteral("userId")).toString(), QStringLiteral("ann"));
+    }
+
     void coordinatesThatAreNoNumberEndInASentence()
     {
         FlowFixture fixture;

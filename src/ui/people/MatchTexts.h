@@ -6,11 +6,13 @@
 
 namespace ambrel {
 
-// Texts that the match card and the profile panel have in common.
+// Texts about a match for its card and the profile panel.
 
 /// "100 m - 42 m away"
 QString heatAndDistance(const MatchResult &match);
 /// The match's own words, or that there are none.
 QString bioText(const MatchResult &match);
+/// How close the user must come to see more.
+QString unlockNote(const MatchResult &match);
 
 } // namespace ambrel

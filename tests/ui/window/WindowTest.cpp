@@ -160,7 +160,6 @@ private Q_SLOTS:
         const auto &state = ViewEnvironment::of(*window).state();
         QVERIFY(!state.isBusy);
         QVERIFY(!state.isLive);
-        QVERIFY(state.isIdle());
         QCOMPARE(state.statusText.value(), QStringLiteral("Ready."));
     }
 
