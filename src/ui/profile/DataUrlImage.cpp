@@ -1,21 +1,20 @@
 #include "ui/profile/DataUrlImage.h"
 
 #include "model/Base64.h"
+#include "ui/profile/PhotoFile.h"
 
-#include <QBuffer>
 #include <QColorSpace>
+#include <QIODevice>
 #include <QImageReader>
+#include <QLoggingCategory>
 #include <QPainter>
+#include <algorithm>
+#include <exception>
+#include <mutex>
 
 namespace ambrel {
 
 namespace {
-
-/// The most that a decoded image may take, in mebibytes.
-constexpr int allocationLimit = 64;
-/// The most pixels that an image may have in its file: a progressive JPEG is held whole, at three bytes or more a
-/// pixel, however small it is drawn.
-constexpr qint64 maximumPixels = 50'000'000;
 
 std::string_view afterFirstComma(std::string_view text)
 {
@@ -23,21 +22,33 @@ std::string_view afterFirstComma(std::string_view text)
     return comma == std::string_view::npos ? text : text.substr(comma + 1);
 }
 
-/// The reader to use for these bytes, empty when they are no photo. SVG, TIFF, icons and the like are none.
-QByteArray formatOf(const QByteArray &bytes)
+/// A file in memory that ends where its decoder is to give up.
+class WatchedFile : public QIODevice
 {
-    if (bytes.startsWith("\xff\xd8\xff"))
-        return QByteArrayLiteral("jpeg");
-    if (bytes.startsWith("\x89PNG\r\n\x1a\n"))
-        return QByteArrayLiteral("png");
-    if (bytes.startsWith("GIF87a") || bytes.startsWith("GIF89a"))
-        return QByteArrayLiteral("gif");
-    if (bytes.startsWith("BM"))
-        return QByteArrayLiteral("bmp");
-    if (bytes.startsWith("RIFF") && bytes.mid(8, 4) == "WEBP")
-        return QByteArrayLiteral("webp");
-    return {};
-}
+    Q_OBJECT
+
+public:
+    WatchedFile(const QByteArray &bytes, DecodingWatch &watch) : m_bytes(bytes), m_watch(watch)
+    {
+        open(QIODevice::ReadOnly | QIODevice::Unbuffered);
+    }
+    qint64 size() const override { return m_bytes.size(); }
+
+protected:
+    qint64 readData(char *to, qint64 maxLength) override
+    {
+        if (m_watch.isOver())
+            return -1;
+        const qint64 length = std::clamp<qint64>(m_bytes.size() - pos(), 0, maxLength);
+        std::copy_n(m_bytes.constData() + pos(), length, to);
+        return length;
+    }
+    qint64 writeData(const char *, qint64) override { return -1; }
+
+private:
+    const QByteArray &m_bytes;
+    DecodingWatch &m_watch;
+};
 
 /// The middle of an image of size `image`, in the shape of `frame`.
 QRect middleShapedAs(QSize frame, QSize image)
@@ -88,34 +99,58 @@ QImage fittedTo(QSize frame, const QImage &image)
     return fitted;
 }
 
-} // namespace
-
-std::optional<QImage> dataURLImage(std::string_view text, QSize frame)
+/// Keeps the image readers from writing a line to standard error for every photo that is broken.
+void silenceImageReaders()
 {
-    std::optional<QByteArray> bytes = decodeBase64(afterFirstComma(text));
-    if (!bytes)
-        return std::nullopt;
-    const QByteArray format = formatOf(*bytes);
-    if (format.isEmpty())
-        return std::nullopt;
+    static std::once_flag once;
+    std::call_once(once,
+                   [] { QLoggingCategory::setFilterRules(QStringLiteral("qt.gui.imageio*=false\nqt.gui.icc=false")); });
+}
 
-    QBuffer file(&*bytes);
-    file.open(QIODevice::ReadOnly);
-    QImageReader reader(&file, format);
+/// The picture, at least as large as the frame where the file has it; null when it is none.
+QImage decodedFor(QSize frame, const PhotoFile &photo, DecodingWatch &watch)
+{
+    WatchedFile file(photo.bytes, watch);
+    QImageReader reader(&file, photo.format);
     reader.setAutoDetectImageFormat(false);
-    reader.setAllocationLimit(allocationLimit);
+    reader.setAllocationLimit(maxImageMemory >> 20); // mebibytes
     reader.setAutoTransform(true);
     const QSize size = reader.size(); // as stored, before it is turned upright
-    if (size.isEmpty() || qint64(size.width()) * size.height() > maximumPixels)
-        return std::nullopt;
-    if (format == "jpeg") {
+    if (size.isEmpty() || qint64(size.width()) * size.height() > maxPhotoPixels)
+        return {};
+    if (photo.format == "jpeg") {
         const bool onItsSide = reader.transformation() & QImageIOHandler::TransformationRotate90;
         limitJpegTo(onItsSide ? frame.transposed() : frame, size, reader);
     }
-    const QImage image = reader.read();
-    if (image.isNull())
+    QImage image = reader.read();
+    // Painting looks up every pixel's colour, behind the end of the palette as well.
+    if (image.format() == QImage::Format_Indexed8 || image.depth() == 1)
+        image.setColorCount(1 << image.depth());
+    return image;
+}
+
+} // namespace
+
+std::optional<QImage> dataURLImage(std::string_view text, QSize frame, const DecodingLimits &limits)
+try {
+    const std::string_view base64 = afterFirstComma(text);
+    if (base64.size() / 4 * 3 > std::size_t(maxPhotoMemory))
         return std::nullopt;
+    silenceImageReaders();
+    DecodingWatch watch(limits);
+    std::optional<QByteArray> bytes = decodeBase64(base64);
+    std::optional<PhotoFile> photo = bytes ? vettedPhotoFile(*std::move(bytes), watch) : std::nullopt;
+    if (!photo)
+        return std::nullopt;
+    const QImage image = decodedFor(frame, *photo, watch);
+    if (image.isNull() || watch.isOver())
+        return std::nullopt;
+    photo.reset();
     return fittedTo(frame, image);
+} catch (const std::exception &) {
+    return std::nullopt; // out of memory
 }
 
 } // namespace ambrel
+
+#include "DataUrlImage.moc"
