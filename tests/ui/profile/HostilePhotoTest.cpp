@@ -389,7 +389,10 @@ private Q_SLOTS:
         const QByteArray rows = (QByteArray(1, '\0') + QByteArray(100, '\xf0')).repeated(120);
         const QByteArray png =
             signature + header({100, 120}, 8, 3, false) + palette + chunk("IDAT", deflated(rows)) + chunk("IEND", {});
-        QByteArray bmp = fileOf(QImage(100, 120, QImage::Format_Indexed8), "BMP").left(54);
+        QImage full({100, 120}, QImage::Format_Indexed8);
+        full.setColorCount(256);
+        full.fill(0);
+        QByteArray bmp = fileOf(full, "BMP").left(54);
         qToLittleEndian(quint32(2), bmp.data() + 46); // colours
         qToLittleEndian(quint32(62), bmp.data() + 10);
         bmp += QByteArray("\0\0\xff\0\xff\0\0\0", 8) + QByteArray(100 * 120, '\xf0');
@@ -397,8 +400,7 @@ private Q_SLOTS:
             const auto image = decoded(file);
             QVERIFY(image.has_value());
             const QRgb color = image->pixel(43, 52);
-            QVERIFY2(color == 0xffff0000 || color == 0xff0000ff || color == 0xff000000,
-                     qPrintable(QColor(color).name()));
+            QVERIFY2(color == 0xffff0000 || color == 0xff000000, qPrintable(QColor(color).name()));
         }
     }
 
