@@ -1,153 +1,137 @@
 #include "model/LongTexts.h"
 
+#include "model/JsonReader.h"
+
 #include <algorithm>
-#include <bit>
-#include <cstdint>
+#include <array>
+#include <charconv>
 #include <cstring>
-#include <functional>
-#include <iterator>
-#include <numeric>
+#include <simdjson.h>
 
 namespace ambrel {
 
 namespace {
 
-/// Below this a string is cheaper to parse than to take out.
-constexpr std::size_t shortest = 1024;
-/// Below this the whole reply is.
-constexpr std::size_t shortestReply = std::size_t{32} * 1024;
+/// Bytes from which on a string is taken out. Those that stay are shorter, so none of them, however it is escaped, can
+/// be taken for a placeholder, which is exactly as long.
+constexpr std::size_t minLength = 256;
+/// Below this many bytes the whole reply is cheaper to parse.
+constexpr std::size_t minReply = std::size_t{32} * 1024;
 
-using Block16 = signed char __attribute__((vector_size(16)));
-using Block32 = signed char __attribute__((vector_size(32)));
-
-/// The first quote, backslash, control character or byte beyond ASCII at or after `text`; `end` when there is none.
-/// Reads whole blocks, into the padding behind the text.
-template <typename Block>
-[[gnu::always_inline]] inline const char *firstSpecialIn(const char *text, const char *end)
+/// The text of the placeholder for long string number `index`: the number, and blanks.
+std::array<char, minLength> placeholder(std::size_t index)
 {
-    static_assert(std::endian::native == std::endian::little);
-    constexpr std::size_t size = sizeof(Block);
-    constexpr std::size_t blocks = 4;
-    static_assert(blocks * size <= Bytes::padding);
-    for (; text < end; text += blocks * size) {
-        Block special[blocks]; // all bits of each byte that is special; those beyond ASCII are negative
-        for (std::size_t i = 0; i < blocks; ++i) {
-            Block block;
-            std::memcpy(&block, text + i * size, size);
-            special[i] = (block == '"') | (block == '\\') | (block < ' ');
-        }
-        const Block any = special[0] | special[1] | special[2] | special[3];
-        std::uint64_t words[blocks * size / 8];
-        std::memcpy(words, &any, size);
-        if (std::accumulate(words, words + size / 8, std::uint64_t{0}, std::bit_or<>()) == 0)
-            continue;
-        std::memcpy(words, special, sizeof words);
-        const auto *const word = std::find_if(std::begin(words), std::end(words), [](auto bits) { return bits != 0; });
-        const auto index = static_cast<std::size_t>((word - words) * 8 + std::countr_zero(*word) / 8);
-        return std::min(text + index, end);
+    std::array<char, minLength> text;
+    text.fill(' ');
+    std::to_chars(text.begin(), text.end(), index);
+    return text;
+}
+
+const char *find(char wanted, const char *text, const char *end)
+{
+    return static_cast<const char *>(std::memchr(text, wanted, static_cast<std::size_t>(end - text)));
+}
+
+/// True for ASCII without control characters and escapes: nothing is left to check or to resolve.
+bool isPlain(std::string_view inside)
+{
+    unsigned char special = 0; // a byte wide and without an early end: the compiler makes vector code of it
+    for (const char character : inside) {
+        const auto value = static_cast<signed char>(character); // negative beyond ASCII
+        special |= (value < ' ') | (value == '\\');
     }
-    return end;
+    return special == 0;
 }
 
-#if defined(__x86_64__)
-[[gnu::target("avx2")]] const char *firstSpecialAvx2(const char *text, const char *end)
+/// The first quote from `block` on that no backslash escapes; null when none stands before `stop`.
+const char *closingQuote(const char *inside, const char *block, const char *stop)
 {
-    return firstSpecialIn<Block32>(text, end);
-}
-#endif
-
-const char *firstSpecial(const char *text, const char *end)
-{
-#if defined(__x86_64__)
-    static const bool hasAvx2 = __builtin_cpu_supports("avx2");
-    if (hasAvx2)
-        return firstSpecialAvx2(text, end);
-#endif
-    return firstSpecialIn<Block16>(text, end);
+    const char *quote = find('"', block, stop);
+    for (; quote; quote = find('"', quote + 1, stop)) {
+        const char *escapes = quote;
+        while (escapes > inside && escapes[-1] == '\\')
+            --escapes;
+        if ((quote - escapes) % 2 == 0)
+            break;
+    }
+    return quote;
 }
 
-/// A string that has begun: where its closing quote stands, and whether it may be taken out.
 struct End
 {
     const char *quote; ///< null when the string never ends
-    bool isPlain = true;
-    bool hasSolidus = false;
+    bool isPlain;      ///< of a long string, all before the quote
 };
 
-End endOf(const char *text, const char *end)
+/// Looks for the end of the string that begins at `inside`, a few kilobytes at a time: what has been searched is still
+/// in the processor's cache when it is checked.
+End endOf(const char *inside, const char *end)
 {
-    End result{nullptr};
-    for (const char *at = firstSpecial(text, end); at < end; at = firstSpecial(at, end)) {
-        if (*at == '"') {
-            result.quote = at;
-            return result;
-        }
-        const bool isEscape = *at == '\\' && at + 1 < end;
-        const bool isSolidus = isEscape && at[1] == '/';
-        result.hasSolidus = result.hasSolidus || isSolidus;
-        result.isPlain = result.isPlain && isSolidus;
-        at += isEscape ? 2 : 1;
+    constexpr std::ptrdiff_t blockSize = 8192;
+    bool isPlainSoFar = true;
+    for (const char *block = inside; block < end;) {
+        const char *const stop = block + std::min(blockSize, end - block);
+        const char *const quote = closingQuote(inside, block, stop);
+        if (quote && static_cast<std::size_t>(quote - inside) < minLength)
+            return {quote, false};
+        isPlainSoFar = isPlainSoFar && isPlain({block, static_cast<std::size_t>((quote ? quote : stop) - block)});
+        if (quote)
+            return {quote, isPlainSoFar};
+        block = stop;
     }
-    return result;
+    return {nullptr, false};
 }
 
-/// Turns every "\/" into "/" and returns the new length. The text holds no other backslash.
-std::size_t unescapeSolidus(char *text, const char *end)
+/// Resolves the escapes of a string, which stands between quotes, in place, and returns what it says.
+std::string_view resolve(char *inside, std::size_t size, simdjson::dom::parser &parser)
 {
-    const char *read = text;
-    char *write = text;
-    while (read < end) {
-        const void *const found = std::memchr(read, '\\', static_cast<std::size_t>(end - read));
-        const char *const stop = found ? static_cast<const char *>(found) : end;
-        const auto run = static_cast<std::size_t>(stop - read);
-        std::memmove(write, read, run);
-        write += run;
-        read = found ? stop + 1 : end; // the solidus itself opens the next run
-    }
-    return static_cast<std::size_t>(write - text);
+    std::string_view text;
+    if (parser.parse(inside - 1, size + 2, false).get(text) != simdjson::SUCCESS)
+        throw DecodingError();
+    std::memcpy(inside, text.data(), text.size()); // never longer than it was written
+    return {inside, text.size()};
 }
 
 } // namespace
 
 LongTexts::LongTexts(Bytes &json) : m_json(json.view())
 {
-    if (m_json.size() < shortestReply)
+    if (m_json.size() < minReply)
         return;
-    char *const begin = json.data();
-    const char *const end = begin + json.size();
-    std::size_t copied = 0;
-    const char *next = begin;
-    while (const void *const quote = std::memchr(next, '"', static_cast<std::size_t>(end - next))) {
-        const auto inside = static_cast<std::size_t>(static_cast<const char *>(quote) - begin) + 1;
-        const End stop = endOf(begin + inside, end);
-        if (!stop.quote)
-            break;
-        const auto close = static_cast<std::size_t>(stop.quote - begin);
-        if (stop.isPlain && close - inside >= shortest) {
-            const std::size_t length = stop.hasSolidus ? unescapeSolidus(begin + inside, stop.quote) : close - inside;
-            take(copied, inside, close, length);
-        }
-        next = stop.quote + 1;
+    simdjson::dom::parser parser;
+    const char *const end = m_json.data() + m_json.size();
+    const char *copied = m_json.data();
+    const char *next = copied;
+    const auto copyUpTo = [&](const char *stop) {
+        m_skeleton.append({copied, static_cast<std::size_t>(stop - copied)});
+    };
+    while (const char *const quote = find('"', next, end)) {
+        const auto [close, isPlain] = endOf(quote + 1, end);
+        if (!close)
+            throw DecodingError();
+        next = close + 1;
+        std::string_view inside(quote + 1, static_cast<std::size_t>(close - quote - 1));
+        if (inside.size() < minLength)
+            continue;
+        if (!isPlain)
+            inside = resolve(json.data() + (inside.data() - m_json.data()), inside.size(), parser);
+        copyUpTo(quote + 1);
+        copied = close;
+        const auto text = placeholder(m_taken.size());
+        m_skeleton.append({text.data(), text.size()});
+        m_taken.push_back(inside);
     }
     if (!m_taken.empty())
-        m_skeleton.append(m_json.substr(copied));
+        copyUpTo(end);
 }
 
-void LongTexts::take(std::size_t &copied, std::size_t begin, std::size_t end, std::size_t length)
+std::optional<std::string_view> LongTexts::at(std::string_view text) const
 {
-    m_skeleton.append(m_json.substr(copied, begin - copied));
-    m_taken.push_back({m_skeleton.size() - 1, m_json.substr(begin, length)});
-    copied = end;
-}
-
-std::optional<std::string_view> LongTexts::takenAt(const char *token) const
-{
-    const auto offset = static_cast<std::size_t>(token - skeleton().data());
-    const auto found = std::lower_bound(m_taken.begin(), m_taken.end(), offset,
-                                        [](const Taken &taken, std::size_t sought) { return taken.offset < sought; });
-    if (found == m_taken.end() || found->offset != offset)
+    if (m_taken.empty() || text.size() != minLength)
         return std::nullopt;
-    return found->inside;
+    std::size_t index = 0;
+    std::from_chars(text.data(), text.data() + text.size(), index);
+    return m_taken.at(index);
 }
 
 } // namespace ambrel

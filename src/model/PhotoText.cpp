@@ -14,14 +14,4 @@ PhotoText::PhotoText(std::string_view text)
     m_text = bytes->view();
 }
 
-PhotoText::PhotoText(std::shared_ptr<const Bytes> reply, std::string_view text)
-    : m_bytes(std::move(reply)), m_text(text)
-{
-}
-
-PhotoText PhotoText::owned() const
-{
-    return isOwned() ? *this : PhotoText(m_text);
-}
-
 } // namespace ambrel

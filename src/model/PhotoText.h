@@ -18,14 +18,14 @@ public:
     explicit PhotoText(const QString &text);
     explicit PhotoText(std::string_view text);
     /// A slice of `reply`; `text` must point into it.
-    PhotoText(std::shared_ptr<const Bytes> reply, std::string_view text);
+    PhotoText(std::shared_ptr<const Bytes> reply, std::string_view text) : m_bytes(std::move(reply)), m_text(text) {}
 
     std::string_view view() const { return m_text; }
     bool isEmpty() const { return m_text.empty(); }
     /// True when nothing but this text is kept alive by it.
     bool isOwned() const { return !m_bytes || m_bytes->size() == m_text.size(); }
     /// The same text with bytes of its own. Copies megabytes: not for the main thread.
-    PhotoText owned() const;
+    PhotoText owned() const { return isOwned() ? *this : PhotoText(m_text); }
     /// True when both are known to be equal without looking at the bytes.
     bool isSameAs(const PhotoText &other) const
     {

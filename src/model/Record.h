@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <tuple>
 
 namespace ambrel {
@@ -33,6 +34,11 @@ concept WireRecord = requires
 {
     T::fields();
 };
+
+template <typename Member>
+inline constexpr bool isOptional = false;
+template <typename Value>
+inline constexpr bool isOptional<std::optional<Value>> = true;
 
 /// Calls `visit(key, member)` for every field of the record type, in order.
 template <WireRecord Record, typename Visitor>

@@ -234,7 +234,3 @@ struct APIErrorResponse
 };
 
 } // namespace ambrel
-
-// A list that grows copies the bytes of these instead of moving their members one by one: a twelfth of decoding.
-Q_DECLARE_TYPEINFO(ambrel::PhotoText, Q_RELOCATABLE_TYPE);
-Q_DECLARE_TYPEINFO(ambrel::MatchResult, Q_RELOCATABLE_TYPE);

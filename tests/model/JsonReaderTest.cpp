@@ -49,28 +49,15 @@ private Q_SLOTS:
         QVERIFY(sentence.endsWith(u'.'));
     }
 
-    void unknownValuesThatNothingOfOursCouldHoldAreIgnored_data()
+    void aTextThatGoesOnBehindItsEndIsRefused()
     {
-        QTest::addColumn<QByteArray>("unknown");
-        QTest::newRow("beyond a double") << QByteArray("\"x\":1e400");
-        QTest::newRow("many digits") << QByteArray("\"x\":-0." + QByteArray(3000, '7') + "E-2000 ");
-        QTest::newRow("beyond 64 bits") << QByteArray("\"x\":[99999999999999999999 , -0]");
-        QTest::newRow("half a pair") << QByteArray("\"x\":\"\\ud800\\n\"");
-        QTest::newRow("half a pair in a key") << QByteArray("\"\\ud800\":1");
-        QTest::newRow("half a pair in a key within") << QByteArray("\"x\":{\"\\udc00\":null}");
-    }
-    void unknownValuesThatNothingOfOursCouldHoldAreIgnored()
-    {
-        QFETCH(QByteArray, unknown);
-        const auto reply = decode<HealthResponse>("{" + unknown + ",\"ok\":true,\"name\":\"n\"," + unknown + "}");
-        QVERIFY(reply.ok);
-        QCOMPARE(reply.name, QStringLiteral("n"));
-    }
-
-    void brokenUnknownValuesAreBlamedOnTheirRecord()
-    {
-        QCOMPARE(decodingFailure<CheckResponse>(R"({"matches":[{"x":{"y":[nul]}}]})"),
-                 QStringLiteral("The server's answer could not be read: \"matches[0]\" is not valid JSON."));
+        QVERIFY(!decodingFailure<HealthResponse>(R"({"ok":true,"name":"a":1},"version":"2"})").isEmpty());
+        QVERIFY(!decodingFailure<APIErrorResponse>(R"({"error":"oops":1},"a":"b"})").isEmpty());
+        const QByteArray match =
+            R"({"userId":"b","displayName":"B","distanceMeters":1,"aToB":2,"bToA":3,"heatLevel":"HOT",)"
+            R"("profilePhotos":)";
+        QVERIFY(decodingFailure<MatchResult>(match + R"(["a","b"]})").isEmpty());
+        QVERIFY(!decodingFailure<MatchResult>(match + R"(["a":1],"b"]})").isEmpty());
     }
 
     void wrongTypesAreRefusedWithTheKey_data()
@@ -105,24 +92,21 @@ private Q_SLOTS:
         QTest::newRow("exponent") << QByteArray("7e1") << true << qint64(70);
         QTest::newRow("signed exponent") << QByteArray("0.7E+2") << true << qint64(70);
         QTest::newRow("less by exponent") << QByteArray("-7000e-2 ") << true << qint64(-70);
-        QTest::newRow("zero by any exponent") << QByteArray("-0.00e999999999999") << true << qint64(0);
-        QTest::newRow("largest with a point")
-            << QByteArray("9223372036854775807.0") << true << std::numeric_limits<qint64>::max();
-        QTest::newRow("beyond a double's digits")
-            << QByteArray("9007199254740993.0") << true << qint64(9007199254740993);
+        QTest::newRow("negative zero") << QByteArray("-0.00e9") << true << qint64(0);
+        QTest::newRow("largest exact with a point")
+            << QByteArray("9007199254740991.0") << true << qint64(9007199254740991);
+        QTest::newRow("beyond a double's digits") << QByteArray("9007199254740993") << true << qint64(9007199254740993);
+        QTest::newRow("beyond a double's digits with a point")
+            << QByteArray("9007199254740993.0") << false << qint64(0);
+        QTest::newRow("the same below zero") << QByteArray("-9007199254740993.0") << false << qint64(0);
+        QTest::newRow("largest with a point") << QByteArray("9223372036854775807.0") << false << qint64(0);
         QTest::newRow("largest plus one half") << QByteArray("9223372036854775807.5") << false << qint64(0);
         QTest::newRow("smallest less one half") << QByteArray("-9223372036854775808.5") << false << qint64(0);
         QTest::newRow("half beyond a double's digits") << QByteArray("9007199254740992.5") << false << qint64(0);
-        QTest::newRow("nearly whole") << QByteArray("70.00000000000000001") << false << qint64(0);
-        QTest::newRow("nearly zero") << QByteArray("1e-400") << false << qint64(0);
-        QTest::newRow("one below the smallest") << QByteArray("-9223372036854775809") << false << qint64(0);
-        QTest::newRow("exponent beyond all") << QByteArray("1e2147483647") << false << qint64(0);
-        QTest::newRow("exponent beyond 32 bits") << QByteArray("10e2147483648") << false << qint64(0);
         QTest::newRow("fraction") << QByteArray("70.5") << false << qint64(0);
         QTest::newRow("too large") << QByteArray("9223372036854775808") << false << qint64(0);
         QTest::newRow("too small") << QByteArray("-9223372036854775809.5e3") << false << qint64(0);
         QTest::newRow("huge") << QByteArray("1e300") << false << qint64(0);
-        QTest::newRow("beyond a double") << QByteArray("1e999") << false << qint64(0);
         QTest::newRow("text") << QByteArray("\"70\"") << false << qint64(0);
         QTest::newRow("flag") << QByteArray("true") << false << qint64(0);
     }
@@ -188,34 +172,6 @@ private Q_SLOTS:
         QCOMPARE(reply.serverTime, QStringLiteral("b"));
     }
 
-    /// Texts that come again in the same field may share one string; every one of them is still its own.
-    void textsThatComeAgainStayRight()
-    {
-        const QList<QByteArray> written{"HOT",         "HOT",         "HOT",   "",         "",
-                                        "HOT",         "a\\tb",       "a\\tb", "12345678", "12345679",
-                                        "caf\xC3\xA9", "caf\xC3\xA9", "cafe",  "\\n"};
-        const QStringList meant{QStringLiteral("HOT"),      QStringLiteral("HOT"),  QStringLiteral("HOT"),
-                                QStringLiteral(""),         QStringLiteral(""),     QStringLiteral("HOT"),
-                                QStringLiteral("a\tb"),     QStringLiteral("a\tb"), QStringLiteral("12345678"),
-                                QStringLiteral("12345679"), QStringLiteral("café"), QStringLiteral("café"),
-                                QStringLiteral("cafe"),     QStringLiteral("\n")};
-        QByteArray messages;
-        for (const QByteArray &text : written) {
-            messages += (messages.isEmpty() ? "" : ",") +
-                        QByteArray("{'id':'#','fromUserId':'#','toUserId':'x','body':'#'}").replace('#', text);
-        }
-        const QByteArray json = "{'ok':true,'seeMeMessages':[" + messages + "]}";
-        const auto reply = decode<SeeMeMessagesResponse>(QByteArray(json).replace('\'', '"'));
-        QCOMPARE(reply.seeMeMessages.size(), meant.size());
-        for (qsizetype i = 0; i < meant.size(); ++i) {
-            const SeeMeMessage &message = reply.seeMeMessages.at(i);
-            QCOMPARE(message.id, meant.at(i));
-            QCOMPARE(message.fromUserId, meant.at(i));
-            QCOMPARE(message.body, meant.at(i));
-            QVERIFY(!message.body.isNull());
-        }
-    }
-
     void byteOrderMarkIsAccepted() { QVERIFY(decode<UserResponse>("\xEF\xBB\xBF{\"ok\":true}").ok); }
 
     void deepNestingIsRefusedWithoutACrash()
@@ -227,34 +183,8 @@ private Q_SLOTS:
             QVERIFY(!decodingFailure<UserResponse>("{\"ok\":true,\"other\":" + closed + "}").isEmpty());
             QVERIFY(!decodingFailure<UserResponse>(deep).isEmpty());
         }
-        const QByteArray allowed = QByteArray("[").repeated(500) + QByteArray("]").repeated(500);
+        const QByteArray allowed = QByteArray("[").repeated(1000) + QByteArray("]").repeated(1000);
         QVERIFY(decode<UserResponse>("{\"other\":" + allowed + ",\"ok\":true}").ok);
-    }
-
-    void everyTruncationOfAReplyIsRefused()
-    {
-        const QByteArray whole =
-            R"({"active":true,"matches":[{"userId":"b","displayName":"\u00e9\\","distanceMeters":1.5e2,"aToB":2,)"
-            R"("bToA":3,"heatLevel":"HOT","profilePhotos":["a\/b"]}],"seeMeMessages":[]})";
-        QVERIFY(decode<CheckResponse>(whole).active);
-        for (qsizetype length = 0; length < whole.size(); ++length)
-            QVERIFY2(!decodingFailure<CheckResponse>(whole.first(length)).isEmpty(), whole.first(length).constData());
-    }
-
-    void everySingleByteChangeIsReadOrRefused()
-    {
-        const QByteArray whole =
-            R"({"active":true,"matches":[{"userId":"b","displayName":"x","distanceMeters":1.5,"aToB":2,)"
-            R"("bToA":3,"heatLevel":"HOT","profilePhotos":["a\/b"]}],"seeMeMessages":[]})";
-        int refused = 0;
-        for (qsizetype at = 0; at < whole.size(); ++at) {
-            for (const char letter : {'"', '\\', '{', '}', '[', ']', ',', ':', '0', '-', 'n', '\0', '\xff'}) {
-                QByteArray changed = whole;
-                changed[at] = letter;
-                refused += decodingFailure<CheckResponse>(changed).isEmpty() ? 0 : 1;
-            }
-        }
-        QVERIFY(refused > whole.size()); // most changes break the reply; none breaks the reader
     }
 
     void longPhotosStaySlicesOfTheReply()
@@ -282,7 +212,7 @@ private Q_SLOTS:
         QCOMPARE(text(match.profilePhotos.at(0)), QByteArray("/a//bc").repeated(8000));
         QVERIFY(isSlice(match.profilePhotos.at(0)));
         QCOMPARE(text(match.profilePhotos.at(1)), QByteArray("caf\xC3\xA9").repeated(8000));
-        QVERIFY(!isSlice(match.profilePhotos.at(1)));
+        QVERIFY(isSlice(match.profilePhotos.at(1)));
         QCOMPARE(text(match.profilePhotos.at(2)), QByteArray("short/"));
         QVERIFY(match.profilePhotos.at(3).isEmpty());
         QCOMPARE(text(match.profilePhotos.at(4)), plain);
@@ -292,7 +222,7 @@ private Q_SLOTS:
     void longTextsOfEveryLengthAreFoundWhole()
     {
         const QByteArray filling(50'000, '.');
-        for (int length = 1000; length < 1200; ++length) {
+        for (int length = 200; length < 400; ++length) {
             const QByteArray bio(length, 'x');
             const QByteArray json =
                 "{\"ok\":true,\"padding\":\"" + filling + "\",\"name\":\"" + bio + "\",\"version\":\"" + bio + "y\"}";
@@ -302,10 +232,27 @@ private Q_SLOTS:
         }
     }
 
+    void noTextIsTakenForWhatStandsForALongOne()
+    {
+        const QByteArray filling(50'000, '.');
+        for (const QByteArray &text : {QByteArray("0"), QByteArray("0").leftJustified(255), QByteArray("\\u0030"),
+                                       QByteArray("0").leftJustified(256), QByteArray("1").leftJustified(257)}) {
+            const auto reply =
+                decode<HealthResponse>("{\"ok\":true,\"name\":\"" + text + "\",\"version\":\"" + filling + "\"}");
+            QCOMPARE(reply.name, QString::fromLatin1(text.startsWith('\\') ? QByteArray("0") : text));
+            QCOMPARE(reply.version, QString::fromLatin1(filling));
+        }
+    }
+
     void longTextsThatAreBrokenAreRefused_data()
     {
         QTest::addColumn<QByteArray>("inside");
         const QByteArray filling(50'000, 'x');
+        QTest::newRow("half a pair") << QByteArray(filling + "\\ud83d");
+        QTest::newRow("control character first") << QByteArray("\x01" + filling);
+        QTest::newRow("control character last") << QByteArray(filling + "\x1f");
+        QTest::newRow("cut UTF-8") << QByteArray(filling + "\xF0\x9F\x98");
+        QTest::newRow("half a pair in UTF-8") << QByteArray("\xED\xA0\x80" + filling);
         QTest::newRow("never closed") << QByteArray(filling + "\\");
         QTest::newRow("bad escape") << QByteArray(filling + "\\q" + filling);
         QTest::newRow("raw line break") << QByteArray(filling + "\n" + filling);
@@ -318,6 +265,7 @@ private Q_SLOTS:
         QFETCH(QByteArray, inside);
         QVERIFY(!decodingFailure<HealthResponse>("{\"ok\":true,\"name\":\"" + inside + "\"}").isEmpty());
         QVERIFY(!decodingFailure<HealthResponse>("{\"ok\":true,\"other\":\"" + inside + "\"}").isEmpty());
+        QVERIFY(!decodingFailure<HealthResponse>("{\"ok\":true,\"" + inside + "\":1}").isEmpty());
     }
 
     void longTextInThePlaceOfAnotherTypeIsRefused()
@@ -329,14 +277,6 @@ private Q_SLOTS:
         QVERIFY(!decodingFailure<UserResponse>(text).isEmpty());
         QVERIFY(!decodingFailure<UserResponse>("{\"ok\":true}" + text).isEmpty());
         QVERIFY(!decodingFailure<UserResponse>("{\"ok\":true,\\" + text + ":1}").isEmpty());
-    }
-
-    void badEscapeInAPhotoIsRefused()
-    {
-        QVERIFY(decodingFailure<MatchResult>(
-                    R"({"userId":"b","displayName":"B","distanceMeters":1,"aToB":2,"bToA":3,"heatLevel":"HOT",)"
-                    R"("profilePhotos":["a\/b\q"]})")
-                    .contains(QStringLiteral("profilePhotos[0]")));
     }
 
     void textsWithNulAndEveryPlaneAreKept()
