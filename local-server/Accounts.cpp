@@ -9,7 +9,7 @@ namespace {
 
 // A client that is live reports every five seconds.
 constexpr std::chrono::seconds presence(30);
-constexpr qsizetype capacity = 10'000;
+constexpr qsizetype maxAccounts = 10'000;
 
 UserProfile profileFrom(const RegisterRequest &request)
 {
@@ -29,6 +29,17 @@ UserProfile profileFrom(const RegisterRequest &request)
     for (const PhotoText &photo : request.profilePhotos)
         profile.profilePhotos.append(photo.owned());
     return profile;
+}
+
+/// What a profile holds in memory, to within its small fields.
+qint64 storedBytes(const UserProfile &profile)
+{
+    qint64 bytes = profile.profileBio.value_or(QString()).size() * qint64(sizeof(QChar));
+    if (profile.profilePhoto)
+        bytes += qint64(profile.profilePhoto->view().size());
+    for (const PhotoText &photo : profile.profilePhotos)
+        bytes += qint64(photo.view().size());
+    return bytes;
 }
 
 } // namespace
@@ -52,12 +63,16 @@ Account &Accounts::signUp(const RegisterRequest &request)
     const bool isTaken = known != m_accounts.end() && known->deviceId != request.deviceId;
     if (isTaken || isNeighbourId(request.userId))
         throw ServiceError(409, QStringLiteral("This user ID is taken."));
-    if (known == m_accounts.end() && m_accounts.size() >= capacity)
+    UserProfile profile = profileFrom(request);
+    const qint64 stored =
+        m_storedBytes + storedBytes(profile) - (known == m_accounts.end() ? 0 : storedBytes(known->profile));
+    if ((known == m_accounts.end() && m_accounts.size() >= maxAccounts) || stored > maxStoredBytes)
         throw ServiceError(503, QStringLiteral("This server is full."));
 
+    m_storedBytes = stored;
     Account &account = m_accounts[request.userId];
     account.deviceId = request.deviceId;
-    account.profile = profileFrom(request);
+    account.profile = std::move(profile);
     return account;
 }
 

@@ -32,7 +32,11 @@ struct Account
 class Accounts
 {
 public:
-    /// Makes the account, or updates it when the same device asks. Throws ServiceError when the ID is taken.
+    /// How many bytes the profiles of all accounts may hold together.
+    static constexpr qint64 maxStoredBytes = 256LL * 1024 * 1024;
+
+    /// Makes the account, or updates it when the same device asks. Throws ServiceError when the ID is taken or the
+    /// server is full.
     Account &signUp(const RegisterRequest &request);
     /// The account of `userId`. Throws ServiceError for an unknown user and for another device.
     Account &authenticate(const QString &userId, const QString &deviceId);
@@ -42,6 +46,7 @@ public:
 
 private:
     QHash<QString, Account> m_accounts;
+    qint64 m_storedBytes = 0;
 };
 
 } // namespace ambrel::local

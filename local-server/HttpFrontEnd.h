@@ -1,20 +1,34 @@
 #pragma once
 
+#include "local-server/OpenConnections.h"
+
 #include <QAbstractHttpServer>
 #include <QTcpServer>
+#include <memory>
 
 namespace ambrel::local {
 
 class Service;
 
-/// Accepts connections and puts a size limit on each before the HTTP server sees it.
+// The HTTP server module was a preview before Qt 6.8. What has changed since then is decided here and in
+// HttpFrontEnd.cpp.
+#if QT_VERSION >= QT_VERSION_CHECK(6, 8, 0)
+using Requester = QHttpServerResponder &;
+#else
+using Requester = QTcpSocket *;
+#endif
+
+/// Accepts connections and puts limits on each before the HTTP server sees it.
 class LimitedTcpServer : public QTcpServer
 {
     Q_OBJECT
 
 public:
-    using QTcpServer::QTcpServer;
+    explicit LimitedTcpServer(std::shared_ptr<OpenConnections> connections) : m_connections(std::move(connections)) {}
     QTcpSocket *nextPendingConnection() override;
+
+private:
+    std::shared_ptr<OpenConnections> m_connections;
 };
 
 /// Carries requests and answers between HTTP and the service. `service` must outlive it.
@@ -23,14 +37,18 @@ class HttpFrontEnd : public QAbstractHttpServer
     Q_OBJECT
 
 public:
-    explicit HttpFrontEnd(Service &service) : m_service(service) {}
+    HttpFrontEnd(Service &service, std::shared_ptr<OpenConnections> connections)
+        : m_service(service), m_connections(std::move(connections))
+    {
+    }
 
 protected:
-    bool handleRequest(const QHttpServerRequest &request, QTcpSocket *socket) override;
-    void missingHandler(const QHttpServerRequest &request, QTcpSocket *socket) override;
+    bool handleRequest(const QHttpServerRequest &request, Requester requester) override;
+    void missingHandler(const QHttpServerRequest &request, Requester requester) override;
 
 private:
     Service &m_service;
+    std::shared_ptr<OpenConnections> m_connections;
 };
 
 } // namespace ambrel::local

@@ -22,9 +22,10 @@ QUrl baseUrl(const QHostAddress &address, quint16 port)
 class LocalServer::Private
 {
 public:
-    explicit Private(const LocalServerOptions &options) : service(options), frontEnd(service) {}
+    explicit Private(const LocalServerOptions &options) : service(options), frontEnd(service, connections) {}
 
     local::Service service;
+    std::shared_ptr<local::OpenConnections> connections = std::make_shared<local::OpenConnections>();
     local::HttpFrontEnd frontEnd;
 };
 
@@ -34,7 +35,7 @@ LocalServer::~LocalServer() = default;
 
 quint16 LocalServer::listen(const QHostAddress &address, quint16 port)
 {
-    auto listener = std::make_unique<local::LimitedTcpServer>();
+    auto listener = std::make_unique<local::LimitedTcpServer>(d->connections);
     if (!listener->listen(address, port)) {
         const QString place = QStringLiteral("%1 port %2").arg(address.toString()).arg(port);
         m_errorText = listener->serverError() == QAbstractSocket::AddressInUseError

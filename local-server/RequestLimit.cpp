@@ -4,9 +4,17 @@
 
 namespace ambrel::local {
 
-RequestLimit::RequestLimit(QTcpSocket *socket) : QObject(socket), m_socket(socket)
+RequestLimit::RequestLimit(QTcpSocket *socket, std::shared_ptr<OpenConnections> connections)
+    : QObject(socket), m_socket(socket), m_connections(std::move(connections))
 {
-    connect(socket, &QTcpSocket::readyRead, this, &RequestLimit::count);
+    m_connections->add(socket);
+    connect(socket, &QTcpSocket::readyRead, this, &RequestLimit::hear);
+}
+
+RequestLimit::~RequestLimit()
+{
+    startOver();
+    m_connections->remove(m_socket);
 }
 
 RequestLimit *RequestLimit::of(const QTcpSocket *socket)
@@ -14,23 +22,41 @@ RequestLimit *RequestLimit::of(const QTcpSocket *socket)
     return socket->findChild<RequestLimit *>(QString(), Qt::FindDirectChildrenOnly);
 }
 
-void RequestLimit::count()
+void RequestLimit::hear()
 {
-    m_received += m_socket->bytesAvailable();
-    if (m_received > mostBytes)
-        refuse();
+    m_connections->hear(m_socket);
+    count(m_socket->bytesAvailable());
+    if (m_socket->bytesToWrite() > maxUnreadBytes) {
+        silence();
+        m_socket->abort();
+    } else if (m_received > maxRequestBytes) {
+        refuse("413 Payload Too Large", QStringLiteral("The request is too large."));
+    } else if (m_connections->isFull()) {
+        refuse("503 Service Unavailable", QStringLiteral("The server is busy. Try again later."));
+    }
 }
 
-void RequestLimit::refuse()
+void RequestLimit::count(qint64 bytes)
 {
-    // From here on the HTTP server hears nothing more of this connection.
+    m_received += bytes;
+    m_connections->addReceived(bytes);
+}
+
+void RequestLimit::silence()
+{
     disconnect(m_socket, &QTcpSocket::readyRead, nullptr, nullptr);
     if (m_socket->isTransactionStarted())
         m_socket->commitTransaction();
     m_socket->readAll();
+    startOver();
+}
 
-    const QByteArray body = errorBody(QStringLiteral("The request is too large."));
-    m_socket->write("HTTP/1.1 413 Payload Too Large\r\nContent-Type: application/json\r\nConnection: close\r\n"
+void RequestLimit::refuse(const QByteArray &status, const QString &text)
+{
+    silence();
+    const QByteArray body = errorBody(text);
+    m_socket->write("HTTP/1.1 " + status +
+                    "\r\nContent-Type: application/json\r\nConnection: close\r\n"
                     "Content-Length: " +
                     QByteArray::number(body.size()) + "\r\n\r\n" + body);
 

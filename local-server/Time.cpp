@@ -11,7 +11,7 @@ Moment systemTime()
 
 QString isoTime(Moment moment)
 {
-    return QDateTime::fromMSecsSinceEpoch(moment.count(), Qt::UTC).toString(Qt::ISODateWithMs);
+    return QDateTime::fromMSecsSinceEpoch(moment.count()).toUTC().toString(Qt::ISODateWithMs);
 }
 
 } // namespace ambrel::local

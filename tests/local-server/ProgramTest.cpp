@@ -1,7 +1,11 @@
 #include <QProcess>
 #include <QRegularExpression>
 #include <QTcpServer>
+#include <QTcpSocket>
 #include <QTest>
+#include <QUrl>
+#include <memory>
+#include <vector>
 
 /// The real program, asked by curl.
 class ProgramTest : public QObject
@@ -91,6 +95,24 @@ private Q_SLOTS:
         QCOMPARE(curl(withStatus + QStringList{QStringLiteral("--data"), QStringLiteral("{\"userId\":\"a\"}"),
                                                address + QStringLiteral("api/login")}),
                  "{\"error\":\"The request cannot be read: \\\"deviceId\\\" is missing.\"} 400");
+        stop(server);
+    }
+
+    void fewDescriptorsAreEnough()
+    {
+        QProcess server;
+        server.start(QStringLiteral("sh"),
+                     {QStringLiteral("-c"), QStringLiteral("ulimit -n 48 && exec \"$0\" --port 0"),
+                      QStringLiteral(SERVER_PROGRAM)});
+        QVERIFY(QTest::qWaitFor([&server] { return server.canReadLine(); }, 20'000));
+        const QString address = QString::fromUtf8(server.readLine()).trimmed().section(u' ', -1);
+        std::vector<std::unique_ptr<QTcpSocket>> silent;
+        for (int number = 0; number < 100; ++number) {
+            silent.push_back(std::make_unique<QTcpSocket>());
+            silent.back()->connectToHost(QHostAddress::LocalHost, quint16(QUrl(address).port()));
+            QTRY_VERIFY(silent.back()->state() == QAbstractSocket::ConnectedState);
+        }
+        QVERIFY(curl({address + QStringLiteral("health")}).startsWith("{\"ok\":true"));
         stop(server);
     }
 
