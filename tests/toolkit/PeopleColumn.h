@@ -104,7 +104,11 @@ public:
 
     QList<CardRow *> rows() const
     {
-        QList<CardRow *> shown = column.viewport()->findChildren<CardRow *>(QString(), Qt::FindDirectChildrenOnly);
+        QList<CardRow *> shown;
+        for (auto *const child : column.viewport()->findChildren<QWidget *>(Qt::FindDirectChildrenOnly)) {
+            if (auto *const row = dynamic_cast<CardRow *>(child))
+                shown.append(row);
+        }
         shown.removeIf([](const CardRow *row) { return row->isHidden(); });
         std::sort(shown.begin(), shown.end(), [](auto *a, auto *b) { return a->y() < b->y(); });
         return shown;
