@@ -29,6 +29,13 @@ QPainterPath ringPath(qreal size)
     return path;
 }
 
+QPainterPath ellipsePath(const QRectF &frame)
+{
+    QPainterPath path;
+    path.addEllipse(frame);
+    return path;
+}
+
 } // namespace
 
 AmbrelLogo::AmbrelLogo(int size, bool inverted, QWidget *parent) : QWidget(parent), m_inverted(inverted)
@@ -45,32 +52,30 @@ void AmbrelLogo::setInverted(bool inverted)
         update();
 }
 
-void AmbrelLogo::paint(QPainter &painter, qreal size, bool inverted)
+std::array<AmbrelLogo::Area, 5> AmbrelLogo::areas(qreal size, bool inverted)
 {
     const QColor badge = inverted ? theme::ambrelRed : theme::ambrelCream;
     const QColor ring = inverted ? theme::logoRingInverted : theme::logoRing;
     const QColor heart = inverted ? QColor(Qt::white) : theme::ambrelRed;
+    const QRectF heartFrame = centredFrame(size, {theme::logoHeartSize, theme::logoHeartSize}, 0);
+    const QRectF pinFrame = centredFrame(size, theme::logoPinSize, theme::logoPinLift);
+    return {{{badge, ellipsePath(QRectF(0, 0, size, size))},
+             {ring, ringPath(size)},
+             {heart, HeartPinShape().path(heartFrame).translated(heartFrame.topLeft())},
+             {badge, PinCutoutShape().path(pinFrame).translated(pinFrame.topLeft())},
+             {heart,
+              ellipsePath(centredFrame(size, {theme::logoDotDiameter, theme::logoDotDiameter}, theme::logoDotLift))}}};
+}
 
+void AmbrelLogo::paint(QPainter &painter, qreal size, bool inverted)
+{
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
-
-    painter.setBrush(badge);
-    painter.drawEllipse(QRectF(0, 0, size, size));
-
-    painter.setBrush(ring);
-    painter.drawPath(ringPath(size));
-
-    const QRectF heartFrame = centredFrame(size, {theme::logoHeartSize, theme::logoHeartSize}, 0);
-    painter.setBrush(heart);
-    painter.drawPath(HeartPinShape().path(heartFrame).translated(heartFrame.topLeft()));
-
-    const QRectF pinFrame = centredFrame(size, theme::logoPinSize, theme::logoPinLift);
-    painter.setBrush(badge);
-    painter.drawPath(PinCutoutShape().path(pinFrame).translated(pinFrame.topLeft()));
-
-    painter.setBrush(heart);
-    painter.drawEllipse(centredFrame(size, {theme::logoDotDiameter, theme::logoDotDiameter}, theme::logoDotLift));
+    for (const Area &area : areas(size, inverted)) {
+        painter.setBrush(area.colour);
+        painter.drawPath(area.path);
+    }
     painter.restore();
 }
 

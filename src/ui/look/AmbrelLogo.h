@@ -1,6 +1,9 @@
 #pragma once
 
+#include <QColor>
+#include <QPainterPath>
 #include <QWidget>
+#include <array>
 
 class QPainter;
 
@@ -18,6 +21,14 @@ public:
     bool isInverted() const { return m_inverted; }
     void setInverted(bool inverted);
 
+    /// A part of the mark in one colour.
+    struct Area
+    {
+        QColor colour;
+        QPainterPath path; ///< filled by the odd-even rule
+    };
+    /// What the mark is made of in a square of `size` pixels, from the back to the front.
+    static std::array<Area, 5> areas(qreal size, bool inverted);
     /// Draws the mark into a square of `size` pixels at the painter's origin, without its shadow.
     static void paint(QPainter &painter, qreal size, bool inverted);
     /// The drop shadow falls outside the mark's own frame, so the view beneath draws it: call this from the paint

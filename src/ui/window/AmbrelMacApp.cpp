@@ -47,7 +47,7 @@ AmbrelMacApp::AmbrelMacApp(int &argc, char **argv) : QApplication(argc, argv)
     std::setlocale(LC_NUMERIC, "C"); // NOLINT: no other thread yet; undoes the user's decimal comma
     setOrganizationName(QStringLiteral("Ambrel"));
     setApplicationName(QStringLiteral("Ambrel"));
-    setDesktopFileName(QStringLiteral("ambrel"));
+    setDesktopFileName(QStringLiteral("example.ambrel.Ambrel"));
     setWindowIcon(markAsIcon());
     QLoggingCategory::setFilterRules(QStringLiteral("qt.gui.imageio*=false")); // a broken photo is shown as locked
     AmbrelStyle::install();
