@@ -2,9 +2,9 @@
 
 #include "api/AmbrelAPIError.h"
 #include "api/BaseUrl.h"
-#include "api/Endpoints.h"
+#include "api/CurlErrors.h"
 #include "api/HttpSession.h"
-#include "model/Json.h"
+#include "api/TransportError.h"
 #include "tasks/Worker.h"
 
 namespace ambrel {
@@ -21,117 +21,43 @@ QString refusalText(const HttpReply &reply)
     }
 }
 
-/// Judges the status and reads the record. Worker pool.
-template <typename Response>
-Response decoded(const HttpReply &reply)
+/// The body of a success. Worker pool.
+std::shared_ptr<Bytes> acceptedBody(const HttpReply &reply)
 {
     if (reply.status < 200 || reply.status > 299)
         throw AmbrelAPIError::message(refusalText(reply));
-    return readRecord<Response>(reply.body);
-}
-
-/// Performs one exchange. The bytes go from the network thread to the worker pool; only the record comes back.
-template <typename Response>
-HandOff<Response> send(const HttpRequest &request)
-{
-    HandOff<Response> answer;
-    HttpSession::shared().perform(request, [answer](Outcome<HttpReply> outcome) {
-        if (auto *const failure = std::get_if<std::exception_ptr>(&outcome)) {
-            answer.finish(std::move(*failure));
-            return;
-        }
-        startOnWorker([answer, reply = std::get<HttpReply>(std::move(outcome))] {
-            answer.finish(outcomeOf([&reply] { return decoded<Response>(reply); }));
-        });
-    });
-    return answer;
-}
-
-/// The client may be gone when these two resume: they take what they need by value.
-template <typename Request, typename Response>
-QCoro::Task<Response> post(QUrl baseURL, PostEndpoint<Request, Response> endpoint, Request body)
-{
-    HttpRequest request;
-    request.method = HttpRequest::Method::Post;
-    request.url = appendingPath(baseURL, QString::fromLatin1(endpoint.path));
-    request.body = writeRecord(body);
-    request.repeat = endpoint.repeat;
-    co_return co_await send<Response>(request);
-}
-
-template <typename Response>
-QCoro::Task<Response> get(QUrl baseURL, GetEndpoint<Response> endpoint, QString userId = {}, QString query = {})
-{
-    HttpRequest request;
-    request.url = appendingPath(baseURL, QString::fromLatin1(endpoint.path) + userId);
-    if (!query.isEmpty())
-        request.url.setQuery(query, QUrl::StrictMode);
-    co_return co_await send<Response>(request);
-}
-
-/// The query that names this installation.
-QString deviceQuery(const QString &deviceId)
-{
-    return QStringLiteral("deviceId=") + percentEncoded(deviceId);
+    return reply.body;
 }
 
 } // namespace
 
 AmbrelAPI::AmbrelAPI(const QString &baseURLString) : m_baseURL(baseURLFromText(baseURLString)) {}
 
-QCoro::Task<UserResponse> AmbrelAPI::signup(const RegisterRequest &request) const
+QUrl AmbrelAPI::urlOf(const char *path) const
 {
-    return post(m_baseURL, endpoints::signup, request);
+    return appendingPath(m_baseURL, QString::fromLatin1(path));
 }
 
-QCoro::Task<UserResponse> AmbrelAPI::registerOrUpdate(const RegisterRequest &request) const
+QUrl AmbrelAPI::urlOf(const char *path, const QString &userId, const QString &deviceId) const
 {
-    return post(m_baseURL, endpoints::registerOrUpdate, request);
+    QUrl url = appendingPath(m_baseURL, QString::fromLatin1(path) + userId);
+    if (url.isValid())
+        url.setQuery(QStringLiteral("deviceId=") + percentEncoded(deviceId), QUrl::StrictMode);
+    return url;
 }
 
-QCoro::Task<UserProfileResponse> AmbrelAPI::login(const LoginRequest &request) const
+void AmbrelAPI::perform(const HttpRequest &request, std::function<void(const Outcome<Body> &)> receiver)
 {
-    return post(m_baseURL, endpoints::login, request);
-}
-
-QCoro::Task<UserResponse> AmbrelAPI::logout(const LogoutRequest &request) const
-{
-    return post(m_baseURL, endpoints::logout, request);
-}
-
-QCoro::Task<UserResponse> AmbrelAPI::updateLocation(const LocationUpdateRequest &request) const
-{
-    return post(m_baseURL, endpoints::updateLocation, request);
-}
-
-QCoro::Task<CheckResponse> AmbrelAPI::check(const QString &userId, const QString &deviceId) const
-{
-    return get(m_baseURL, endpoints::check, userId, deviceQuery(deviceId));
-}
-
-QCoro::Task<DismissResponse> AmbrelAPI::dismiss(const DismissRequest &request) const
-{
-    return post(m_baseURL, endpoints::dismiss, request);
-}
-
-QCoro::Task<SeeMeResponse> AmbrelAPI::seeMe(const SeeMeRequest &request) const
-{
-    return post(m_baseURL, endpoints::seeMe, request);
-}
-
-QCoro::Task<SeeMeMessagesResponse> AmbrelAPI::seeMeMessages(const QString &userId, const QString &deviceId) const
-{
-    return get(m_baseURL, endpoints::seeMeMessages, userId, deviceQuery(deviceId));
-}
-
-QCoro::Task<HealthResponse> AmbrelAPI::health() const
-{
-    return get(m_baseURL, endpoints::health);
-}
-
-QCoro::Task<AppVersionResponse> AmbrelAPI::appVersion() const
-{
-    return get(m_baseURL, endpoints::appVersion);
+    HttpSession::shared().perform(request, [receiver = std::move(receiver)](const Outcome<HttpReply> &outcome) {
+        if (outcome.error) {
+            receiver(outcome.error);
+            return;
+        }
+        const bool isStarted = startOnWorker(
+            [receiver, reply = *outcome.value] { receiver(outcomeOf([&reply] { return acceptedBody(reply); })); });
+        if (!isStarted)
+            receiver(std::make_exception_ptr(TransportError(sentenceFor(CURLE_NO_CONNECTION_AVAILABLE))));
+    });
 }
 
 } // namespace ambrel

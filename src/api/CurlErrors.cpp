@@ -29,6 +29,8 @@ constexpr Row rows[] = {
     {CURLE_PROXY, "The proxy server refused the connection."},
     {CURLE_COULDNT_CONNECT, connectFailed},
     {CURLE_INTERFACE_FAILED, offline},
+    {CURLE_FAILED_INIT, "The network library could not be loaded."},
+    {CURLE_NO_CONNECTION_AVAILABLE, "The system has no resources left for a request."},
     // a connection that ends early
     {CURLE_OPERATION_TIMEDOUT, "The request timed out."},
     {CURLE_GOT_NOTHING, connectionLost},

@@ -18,10 +18,17 @@ struct PostEndpoint
 template <typename Response>
 struct GetEndpoint
 {
-    const char *path; ///< relative to the base URL; a user ID may follow
+    const char *path; ///< relative to the base URL
 };
 
-/// Every endpoint of the server. What must not happen twice is never repeated.
+/// An endpoint that is asked for one user, whose ID follows the path; the device ID goes along as "deviceId".
+template <typename Response>
+struct UserEndpoint
+{
+    const char *path; ///< relative to the base URL
+};
+
+/// Every endpoint of the server, for AmbrelAPI::call. What must not happen twice is never repeated.
 namespace endpoints {
 
 using enum HttpRequest::Repeat;
@@ -32,10 +39,10 @@ inline constexpr PostEndpoint<RegisterRequest, UserResponse>       registerOrUpd
 inline constexpr PostEndpoint<LoginRequest, UserProfileResponse>   login{"api/login", Harmless};
 inline constexpr PostEndpoint<LogoutRequest, UserResponse>         logout{"api/logout", Harmless};
 inline constexpr PostEndpoint<LocationUpdateRequest, UserResponse> updateLocation{"api/location", Harmless};
-inline constexpr GetEndpoint<CheckResponse>                        check{"api/check/"};
+inline constexpr UserEndpoint<CheckResponse>                       check{"api/check/"};
 inline constexpr PostEndpoint<DismissRequest, DismissResponse>     dismiss{"api/dismiss", Never};
 inline constexpr PostEndpoint<SeeMeRequest, SeeMeResponse>         seeMe{"api/see-me", Never};
-inline constexpr GetEndpoint<SeeMeMessagesResponse>                seeMeMessages{"api/see-me/"};
+inline constexpr UserEndpoint<SeeMeMessagesResponse>               seeMeMessages{"api/see-me/"};
 inline constexpr GetEndpoint<HealthResponse>                       health{"health"};
 inline constexpr GetEndpoint<AppVersionResponse>                   appVersion{"api/app-version"};
 // clang-format on

@@ -1,120 +1,133 @@
 #include "api/HttpEngine.h"
 
-#include <QSocketNotifier>
 #include <algorithm>
+#include <limits>
+#include <vector>
 
 namespace ambrel {
 
-HttpEngine::HttpEngine()
-{
-    curl_global_init(CURL_GLOBAL_DEFAULT);
-    m_multi = curl_multi_init();
-    curl_multi_setopt(m_multi, CURLMOPT_SOCKETFUNCTION, &HttpEngine::onSocketChange);
-    curl_multi_setopt(m_multi, CURLMOPT_SOCKETDATA, this);
-    curl_multi_setopt(m_multi, CURLMOPT_TIMERFUNCTION, &HttpEngine::onTimerChange);
-    curl_multi_setopt(m_multi, CURLMOPT_TIMERDATA, this);
+namespace {
 
-    for (QTimer *const timer : {&m_curlTimer, &m_silenceTimer}) {
-        timer->setSingleShot(true);
-        timer->setTimerType(Qt::PreciseTimer);
+/// To one server at the same time, as browsers have it. A server that only drips would otherwise collect a connection
+/// from every cycle.
+constexpr long maxConnections = 6;
+
+} // namespace
+
+HttpEngine::HttpEngine() : m_curl(Curl::library())
+{
+    if (!m_curl.isLoaded() || m_curl.global_init(CURL_GLOBAL_DEFAULT) != CURLE_OK) {
+        m_failure = CURLE_FAILED_INIT;
+        return;
     }
-    connect(&m_curlTimer, &QTimer::timeout, this, [this] { act(CURL_SOCKET_TIMEOUT, 0); });
-    connect(&m_silenceTimer, &QTimer::timeout, this, [this] { endSilentOnes(); });
+    m_multi = m_curl.multi_init();
+    if (!m_multi || m_curl.multi_wakeup(m_multi) != CURLM_OK) // the latter takes a descriptor
+        m_failure = CURLE_NO_CONNECTION_AVAILABLE;
+    m_curl.multi_setopt(m_multi, CURLMOPT_SOCKETFUNCTION, &HttpEngine::onSocketChange);
+    m_curl.multi_setopt(m_multi, CURLMOPT_SOCKETDATA, this);
+    m_curl.multi_setopt(m_multi, CURLMOPT_MAXCONNECTS, maxConnections);
 }
 
 HttpEngine::~HttpEngine()
 {
+    for (const auto &transfer : std::exchange(m_waiting, {}))
+        transfer->finish(CURLE_ABORTED_BY_CALLBACK);
     while (!m_transfers.empty())
         end(m_transfers.begin()->first, CURLE_ABORTED_BY_CALLBACK);
-    curl_multi_cleanup(m_multi);
-    curl_global_cleanup();
+    if (m_failure == CURLE_FAILED_INIT)
+        return;
+    m_curl.multi_cleanup(m_multi);
+    m_curl.global_cleanup();
 }
 
-void HttpEngine::start(const std::shared_ptr<HttpTransfer> &transfer)
+void HttpEngine::start(std::shared_ptr<HttpTransfer> transfer)
 {
-    startHop(transfer);
-    awaitSilence();
-}
-
-void HttpEngine::startHop(const std::shared_ptr<HttpTransfer> &transfer)
-{
-    CURL *const handle = transfer->prepare();
-    if (!handle) {
-        transfer->finish(CURLE_OUT_OF_MEMORY);
+    if (!isUsable()) {
+        transfer->finish(m_failure);
         return;
     }
-    m_transfers[handle] = transfer;
-    if (curl_multi_add_handle(m_multi, handle) != CURLM_OK)
-        end(handle, CURLE_OUT_OF_MEMORY);
+    m_waiting.push_back(std::move(transfer));
+    startWaiting();
+}
+
+/// Begins whatever has a free connection to its server.
+void HttpEngine::startWaiting()
+{
+    for (auto next = m_waiting.begin(); next != m_waiting.end();) {
+        if (isBusy((*next)->server())) {
+            ++next;
+            continue;
+        }
+        const std::shared_ptr<HttpTransfer> transfer = *next;
+        next = m_waiting.erase(next);
+        CURL *const handle = transfer->prepare();
+        if (handle && m_curl.multi_add_handle(m_multi, handle) == CURLM_OK)
+            m_transfers[handle] = transfer;
+        else
+            transfer->finish(CURLE_OUT_OF_MEMORY);
+    }
+}
+
+bool HttpEngine::isBusy(const QByteArray &server) const
+{
+    return std::count_if(m_transfers.begin(), m_transfers.end(), [&server](const auto &transfer) {
+               return transfer.second->server() == server;
+           }) >= maxConnections;
+}
+
+void HttpEngine::wake()
+{
+    m_curl.multi_wakeup(m_multi);
 }
 
 int HttpEngine::onSocketChange(CURL *handle, curl_socket_t socket, int what, void *self, void *)
 {
-    auto *const engine = static_cast<HttpEngine *>(self);
+    auto &watches = static_cast<HttpEngine *>(self)->m_watches;
+    const int events = (what & CURL_POLL_IN ? CURL_WAIT_POLLIN : 0) | (what & CURL_POLL_OUT ? CURL_WAIT_POLLOUT : 0);
     if (what == CURL_POLL_REMOVE)
-        engine->unwatch(socket);
+        watches.erase(socket);
     else
-        engine->watch(handle, socket, what);
+        watches[socket] = {handle, static_cast<short>(events)};
     return 0;
 }
 
-int HttpEngine::onTimerChange(CURLM *, long milliseconds, void *self)
+void HttpEngine::turn()
 {
-    QTimer &timer = static_cast<HttpEngine *>(self)->m_curlTimer;
-    if (milliseconds < 0)
-        timer.stop();
-    else
-        timer.start(std::chrono::milliseconds(milliseconds));
-    return 0;
-}
-
-void HttpEngine::watch(CURL *handle, curl_socket_t socket, int what)
-{
-    auto &[read, write, owner] = m_watches.try_emplace(socket, Watch{}).first->second;
-    if (!read) {
-        read = new QSocketNotifier(socket, QSocketNotifier::Read, this);
-        write = new QSocketNotifier(socket, QSocketNotifier::Write, this);
-        connect(read, &QSocketNotifier::activated, this, [this, socket] { act(socket, CURL_CSELECT_IN); });
-        connect(write, &QSocketNotifier::activated, this, [this, socket] { act(socket, CURL_CSELECT_OUT); });
+    // libcurl waits for these sockets anyway; given once more, they tell which of them have news.
+    std::vector<curl_waitfd> sockets;
+    for (const auto &[socket, watch] : m_watches)
+        sockets.push_back({socket, watch.events, 0});
+    m_curl.multi_poll(m_multi, sockets.data(), static_cast<unsigned>(sockets.size()), maxSleep(), nullptr);
+    for (const curl_waitfd &socket : sockets) {
+        if (socket.revents)
+            act(socket);
     }
-    owner = handle;
-    read->setEnabled(what & CURL_POLL_IN);
-    write->setEnabled(what & CURL_POLL_OUT);
-}
-
-void HttpEngine::unwatch(curl_socket_t socket)
-{
-    const auto found = m_watches.find(socket);
-    if (found == m_watches.end())
-        return;
-    // One of them may be emitting right now, and the socket may be closed and its number used again at once.
-    for (QSocketNotifier *const notifier : {found->second.read, found->second.write}) {
-        notifier->setEnabled(false);
-        notifier->deleteLater();
-    }
-    m_watches.erase(found);
+    act({CURL_SOCKET_TIMEOUT, 0, 0});
+    collectEnded();
+    endSilentOnes();
+    startWaiting();
 }
 
 /// Lets libcurl see to a socket, or to its timers.
-void HttpEngine::act(curl_socket_t socket, int events)
+void HttpEngine::act(const curl_waitfd &ready)
 {
-    if (const auto watched = m_watches.find(socket); watched != m_watches.end()) {
+    if (const auto watched = m_watches.find(ready.fd); watched != m_watches.end()) {
         if (const auto transfer = m_transfers.find(watched->second.handle); transfer != m_transfers.end())
             transfer->second->touch();
     }
+    const int events = (ready.revents & CURL_WAIT_POLLIN ? CURL_CSELECT_IN : 0) |
+                       (ready.revents & CURL_WAIT_POLLOUT ? CURL_CSELECT_OUT : 0);
     int running = 0;
-    curl_multi_socket_action(m_multi, socket, events, &running);
-    collectEnded();
+    m_curl.multi_socket_action(m_multi, ready.fd, events, &running);
 }
 
 void HttpEngine::collectEnded()
 {
     int waiting = 0;
-    while (const CURLMsg *const message = curl_multi_info_read(m_multi, &waiting)) {
+    while (const CURLMsg *const message = m_curl.multi_info_read(m_multi, &waiting)) {
         if (message->msg == CURLMSG_DONE)
             end(message->easy_handle, message->data.result);
     }
-    awaitSilence();
 }
 
 /// Ends a hop, and with it the exchange unless the answer is a redirect to follow.
@@ -123,9 +136,9 @@ void HttpEngine::end(CURL *handle, CURLcode code)
     const auto found = m_transfers.find(handle);
     const std::shared_ptr<HttpTransfer> transfer = found->second;
     m_transfers.erase(found);
-    curl_multi_remove_handle(m_multi, handle);
+    m_curl.multi_remove_handle(m_multi, handle);
     if (transfer->followRedirect(code))
-        startHop(transfer);
+        m_waiting.push_front(transfer);
     else
         transfer->finish(code);
 }
@@ -140,24 +153,16 @@ void HttpEngine::endSilentOnes()
     }
     for (CURL *const handle : silent)
         end(handle, CURLE_OPERATION_TIMEDOUT);
-    awaitSilence();
 }
 
-/// Sets the timer for the exchange that is due first. A sign of life only moves its deadline, which the timer finds
-/// when it fires, so bytes cost no timer.
-void HttpEngine::awaitSilence()
+/// How long the sleep may last: until the first exchange has been silent for too long.
+int HttpEngine::maxSleep() const
 {
-    if (m_transfers.empty()) {
-        m_silenceTimer.stop();
-        return;
-    }
-    auto first = HttpTransfer::Clock::time_point::max();
+    std::chrono::milliseconds sleep{std::numeric_limits<int>::max()};
+    const auto now = HttpTransfer::Clock::now();
     for (const auto &[handle, transfer] : m_transfers)
-        first = std::min(first, transfer->deadline());
-    const auto left = std::chrono::ceil<std::chrono::milliseconds>(first - HttpTransfer::Clock::now());
-    const auto wait = std::max(left, std::chrono::milliseconds(0));
-    if (!m_silenceTimer.isActive() || wait < m_silenceTimer.remainingTimeAsDuration())
-        m_silenceTimer.start(wait);
+        sleep = std::min(sleep, std::chrono::ceil<std::chrono::milliseconds>(transfer->deadline() - now));
+    return static_cast<int>(std::max(sleep.count(), std::chrono::milliseconds::rep{0}));
 }
 
 } // namespace ambrel

@@ -2,50 +2,52 @@
 
 #include "api/HttpTransfer.h"
 
-#include <QTimer>
+#include <deque>
 #include <memory>
 #include <unordered_map>
 
-class QSocketNotifier;
-
 namespace ambrel {
 
-/// libcurl on the event loop of the thread that makes it: the sockets and the timer of every exchange under way.
-/// Asleep while there is none.
-class HttpEngine : public QObject
+/// libcurl and every exchange that it is given, under way or waiting for its turn. Network thread, except for `wake`.
+class HttpEngine
 {
 public:
     HttpEngine();
-    /// Fails what is under way.
-    ~HttpEngine() override;
+    /// Fails what is under way and what waits.
+    ~HttpEngine();
+    HttpEngine(const HttpEngine &) = delete;
+    HttpEngine &operator=(const HttpEngine &) = delete;
 
-    /// Begins an exchange and keeps it until its receiver has been called.
-    void start(const std::shared_ptr<HttpTransfer> &transfer);
+    /// False when libcurl is missing or no descriptor is left for it: then every exchange fails at once.
+    bool isUsable() const { return m_failure == CURLE_OK; }
+    /// Takes an exchange and keeps it until its receiver has been called.
+    void start(std::shared_ptr<HttpTransfer> transfer);
+    /// Sleeps until there is something to do or `wake` is called, then does it.
+    void turn();
+    /// Ends the sleep. Any thread.
+    void wake();
 
 private:
     struct Watch
     {
-        QSocketNotifier *read;
-        QSocketNotifier *write;
         CURL *handle;
+        short events;
     };
 
     static int onSocketChange(CURL *handle, curl_socket_t socket, int what, void *self, void *);
-    static int onTimerChange(CURLM *, long milliseconds, void *self);
-
-    void watch(CURL *handle, curl_socket_t socket, int what);
-    void unwatch(curl_socket_t socket);
-    void act(curl_socket_t socket, int events);
+    int maxSleep() const;
+    void act(const curl_waitfd &ready);
     void collectEnded();
-    void startHop(const std::shared_ptr<HttpTransfer> &transfer);
+    void startWaiting();
+    bool isBusy(const QByteArray &server) const;
     void end(CURL *handle, CURLcode code);
     void endSilentOnes();
-    void awaitSilence();
 
-    CURLM *m_multi;
-    QTimer m_curlTimer;
-    QTimer m_silenceTimer;
-    std::unordered_map<CURL *, std::shared_ptr<HttpTransfer>> m_transfers;
+    const Curl &m_curl;
+    CURLM *m_multi = nullptr;
+    CURLcode m_failure = CURLE_OK;
+    std::deque<std::shared_ptr<HttpTransfer>> m_waiting;
+    std::unordered_map<CURL *, std::shared_ptr<HttpTransfer>> m_transfers; ///< under way
     std::unordered_map<curl_socket_t, Watch> m_watches;
 };
 

@@ -19,7 +19,7 @@ struct HttpRequest
 
     Method method = Method::Get;
     QUrl url;
-    QByteArray body;
+    QByteArray body = {};
     Repeat repeat = Repeat::Harmless;
 };
 

@@ -7,12 +7,13 @@
 #include "tasks/Worker.h"
 
 #include <QCoreApplication>
-#include <QEventLoop>
-#include <thread>
+#include <system_error>
 
 namespace ambrel {
 
 namespace {
+
+constexpr std::chrono::seconds maxWaitForWorkers{1};
 
 template <typename Error>
 std::exception_ptr failure(const Error &error)
@@ -25,6 +26,8 @@ std::exception_ptr refusalOf(const QUrl &url)
 {
     if (isHttpAddress(url))
         return nullptr;
+    if (!url.isValid())
+        return failure(TransportError(sentenceFor(CURLE_URL_MALFORMAT)));
     const QString scheme = url.scheme();
     if (scheme == QLatin1String("file") || scheme == QLatin1String("data"))
         return failure(AmbrelAPIError::message(QStringLiteral("No server response.")));
@@ -36,47 +39,12 @@ std::exception_ptr refusalOf(const QUrl &url)
 void closeSharedSession()
 {
     HttpSession::shared().close();
-    do
-        waitForWorkers(); // answers that are being decoded, and what they set off
-    while (Mailbox::ofThisThread()->deliver());
+    // Answers that are being decoded, and what they set off.
+    while (waitForWorkers(maxWaitForWorkers) && CallQueue::ofThisThread()->deliver()) {
+    }
 }
 
 } // namespace
-
-class HttpSession::Private
-{
-public:
-    void startThread();
-    void runThread();
-
-    std::mutex mutex; // guards what follows, down to the thread
-    TransferLimits limits;
-    bool closed = false;
-    std::shared_ptr<Mailbox> networkThread; // null before the first request
-    // Not a QThread: waiting for one ends before its thread-local data is freed, of which TLS has some.
-    std::thread thread;
-
-    HttpEngine *engine = nullptr; // these two on the network thread alone
-    QEventLoop *loop = nullptr;
-};
-
-void HttpSession::Private::startThread()
-{
-    networkThread = std::make_shared<Mailbox>();
-    thread = std::thread([this] { runThread(); });
-}
-
-void HttpSession::Private::runThread()
-{
-    pthread_setname_np(pthread_self(), "network");
-    QEventLoop events;
-    HttpEngine transfers;
-    loop = &events;
-    engine = &transfers;
-    networkThread->open();
-    events.exec();
-    networkThread->close();
-}
 
 HttpSession &HttpSession::shared()
 {
@@ -86,8 +54,6 @@ HttpSession &HttpSession::shared()
     return session;
 }
 
-HttpSession::HttpSession() : d(std::make_unique<Private>()) {}
-
 HttpSession::~HttpSession()
 {
     close();
@@ -95,50 +61,73 @@ HttpSession::~HttpSession()
 
 void HttpSession::perform(const HttpRequest &request, HttpReceiver receiver)
 {
-    if (auto refusal = refusalOf(request.url)) {
-        receiver(std::move(refusal));
-        return;
-    }
-    {
-        const std::lock_guard lock(d->mutex);
-        if (!d->closed) {
-            if (!d->networkThread)
-                d->startThread();
-            auto transfer = std::make_shared<HttpTransfer>(request, d->limits, std::move(receiver));
-            d->networkThread->post([this, sent = std::move(transfer)] { d->engine->start(sent); });
+    std::exception_ptr refusal = refusalOf(request.url);
+    if (!refusal) {
+        const std::lock_guard lock(m_mutex);
+        refusal = startThread();
+        if (!refusal) {
+            m_arrived.push_back(std::make_shared<HttpTransfer>(request, m_limits, std::move(receiver)));
+            if (m_engine)
+                m_engine->wake();
             return;
         }
     }
-    receiver(failure(TransportError(sentenceFor(CURLE_ABORTED_BY_CALLBACK))));
+    receiver(std::move(refusal));
+}
+
+/// Sees to it that the network thread runs; why it does not, otherwise. Under the lock.
+std::exception_ptr HttpSession::startThread()
+{
+    if (m_isClosed)
+        return failure(TransportError(sentenceFor(CURLE_ABORTED_BY_CALLBACK)));
+    if (m_isRunning)
+        return nullptr;
+    if (m_thread.joinable())
+        m_thread.join(); // it has ended, because libcurl could not be used
+    try {
+        m_thread = std::thread([this] { run(); });
+    } catch (const std::system_error &) {
+        return failure(TransportError(sentenceFor(CURLE_NO_CONNECTION_AVAILABLE)));
+    }
+    m_isRunning = true;
+    return nullptr;
+}
+
+void HttpSession::run()
+{
+    HttpEngine engine;
+    for (bool isEnding = false; !isEnding;) {
+        std::vector<std::shared_ptr<HttpTransfer>> arrived;
+        {
+            const std::lock_guard lock(m_mutex);
+            arrived.swap(m_arrived);
+            isEnding = m_isClosed || !engine.isUsable();
+            m_isRunning = !isEnding;
+            m_engine = isEnding ? nullptr : &engine;
+        }
+        for (auto &transfer : arrived)
+            engine.start(std::move(transfer));
+        if (!isEnding)
+            engine.turn();
+    }
 }
 
 void HttpSession::close()
 {
     {
-        const std::lock_guard lock(d->mutex);
-        if (std::exchange(d->closed, true) || !d->networkThread)
-            return;
-        d->networkThread->post([this] { d->loop->quit(); });
+        const std::lock_guard lock(m_mutex);
+        m_isClosed = true;
+        if (m_engine)
+            m_engine->wake();
     }
-    d->thread.join();
+    if (m_thread.joinable())
+        m_thread.join();
 }
 
-void HttpSession::setIdleTimeout(std::chrono::milliseconds timeout)
+void HttpSession::setLimits(const TransferLimits &limits)
 {
-    const std::lock_guard lock(d->mutex);
-    d->limits.silence = timeout;
-}
-
-void HttpSession::setLargestAnswer(std::size_t bytes)
-{
-    const std::lock_guard lock(d->mutex);
-    d->limits.largestAnswer = bytes;
-}
-
-void HttpSession::setTrustedCertificates(const QByteArray &pem)
-{
-    const std::lock_guard lock(d->mutex);
-    d->limits.trustedCertificates = pem;
+    const std::lock_guard lock(m_mutex);
+    m_limits = limits;
 }
 
 } // namespace ambrel

@@ -1,11 +1,15 @@
 #pragma once
 
-#include "api/HttpExchange.h"
+#include "api/HttpTransfer.h"
 
-#include <chrono>
 #include <memory>
+#include <mutex>
+#include <thread>
+#include <vector>
 
 namespace ambrel {
+
+class HttpEngine;
 
 /// The process-wide HTTP client. Sockets, TLS and inflating live on a network thread of its own, which starts with
 /// the first request.
@@ -16,7 +20,7 @@ public:
     /// that still waits for an answer ends then.
     static HttpSession &shared();
 
-    HttpSession();
+    HttpSession() = default;
     /// Closes the session.
     ~HttpSession();
     HttpSession(const HttpSession &) = delete;
@@ -30,16 +34,21 @@ public:
     /// Fails what is under way and stops the network thread; later requests fail at once. Any thread but that one.
     void close();
 
-    /// Silence after which an exchange fails, at any stage; 12 s unless a test shortens it.
-    void setIdleTimeout(std::chrono::milliseconds timeout);
-    /// Bytes that an answer may have once inflated; 512 MiB unless a test lowers it.
-    void setLargestAnswer(std::size_t bytes);
-    /// Trusts these PEM certificates instead of the platform's store; empty goes back to it. For tests.
-    void setTrustedCertificates(const QByteArray &pem);
+    /// What bounds the exchanges that begin from now on; the defaults unless a test has others. Any thread.
+    void setLimits(const TransferLimits &limits);
 
 private:
-    class Private;
-    std::unique_ptr<Private> d;
+    std::exception_ptr startThread();
+    void run();
+
+    std::mutex m_mutex; // guards what follows, down to the thread
+    TransferLimits m_limits;
+    bool m_isClosed = false;
+    bool m_isRunning = false; ///< the network thread takes what arrives
+    std::vector<std::shared_ptr<HttpTransfer>> m_arrived;
+    HttpEngine *m_engine = nullptr; ///< the network thread's own; only to wake it
+    // Not a QThread: waiting for one ends before its thread-local data is freed, of which TLS has some.
+    std::thread m_thread;
 };
 
 } // namespace ambrel

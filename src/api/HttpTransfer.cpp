@@ -10,23 +10,19 @@ namespace ambrel {
 
 namespace {
 
-constexpr int mostHops = 20;
+constexpr int maxHops = 20;
 /// A refusal is read this far: more than any error text, less than a flood.
-constexpr std::size_t largestRefusal = std::size_t{1024} * 1024;
+constexpr std::size_t maxRefusal = std::size_t{1024} * 1024;
 /// The headers of all hops together.
-constexpr std::size_t largestHead = std::size_t{256} * 1024;
-/// An answer that inflates beyond both is a bomb: JSON with photos stays below 2 to 1, without them below 30 to 1.
-constexpr std::size_t bombSize = std::size_t{4} * 1024 * 1024;
+constexpr std::size_t maxHead = std::size_t{256} * 1024;
+/// An answer that inflates beyond both is a bomb. Replies without photos weigh less; photos hardly shrink, unless many
+/// people share one.
+constexpr std::size_t bombSize = std::size_t{64} * 1024 * 1024;
 constexpr std::size_t bombRatio = 100;
 
 bool isSuccess(long status)
 {
     return status >= 200 && status < 300;
-}
-
-bool isRedirect(long status)
-{
-    return status == 301 || status == 302 || status == 303 || status == 307 || status == 308;
 }
 
 /// True when OpenSSL reports that the peer hung up during the handshake, which libcurl does not tell apart from a
@@ -46,6 +42,16 @@ std::optional<QByteArray> valueOf(const char *header, std::string_view line)
     if (colon < 0 || whole.first(colon).compare(header, Qt::CaseInsensitive) != 0)
         return std::nullopt;
     return whole.sliced(colon + 1).trimmed();
+}
+
+/// How many of the codings that a header names are compressions.
+int codingsIn(const QByteArray &header)
+{
+    const QList<QByteArray> names = header.toLower().split(',');
+    return static_cast<int>(std::count_if(names.begin(), names.end(), [](const QByteArray &name) {
+        const QByteArray coding = name.trimmed();
+        return !coding.isEmpty() && coding != "chunked" && coding != "identity";
+    }));
 }
 
 /// As it is asked for: without a name and password, which this service knows nothing of.
@@ -72,20 +78,21 @@ HttpTransfer::HttpTransfer(const HttpRequest &request, TransferLimits limits, Ht
 
 HttpTransfer::~HttpTransfer()
 {
-    curl_easy_cleanup(m_handle);
-    curl_slist_free_all(m_headers);
+    if (m_handle)
+        m_curl->easy_cleanup(m_handle);
+    if (m_headers)
+        m_curl->slist_free_all(m_headers);
 }
 
 CURL *HttpTransfer::prepare()
 {
+    m_curl = &Curl::library();
     if (m_handle)
-        curl_easy_reset(m_handle);
-    else
-        m_handle = curl_easy_init();
+        m_curl->easy_cleanup(m_handle); // of the hop before
+    m_handle = m_curl->easy_init();
     if (!m_handle)
         return nullptr;
 
-    set(CURLOPT_PRIVATE, this);
     set(CURLOPT_ERRORBUFFER, m_errorText);
     set(CURLOPT_NOSIGNAL, 1L);
     set(CURLOPT_QUICK_EXIT, 1L); // a name look-up that hangs delays nobody
@@ -110,7 +117,6 @@ CURL *HttpTransfer::prepare()
         setRequestBody();
     setReceivers();
     m_hasHead = false;
-    m_isCut = false;
     touch();
     return m_handle;
 }
@@ -118,8 +124,8 @@ CURL *HttpTransfer::prepare()
 void HttpTransfer::setRequestBody()
 {
     if (!m_headers) {
-        m_headers = curl_slist_append(m_headers, "Content-Type: application/json");
-        m_headers = curl_slist_append(m_headers, "Expect:");
+        m_headers = m_curl->slist_append(m_headers, "Content-Type: application/json");
+        m_headers = m_curl->slist_append(m_headers, "Expect:");
     }
     set(CURLOPT_POST, 1L);
     set(CURLOPT_HTTPHEADER, m_headers);
@@ -137,18 +143,25 @@ void HttpTransfer::setReceivers()
     set(CURLOPT_WRITEDATA, this);
 }
 
+bool HttpTransfer::isRedirected() const
+{
+    const long status = number(CURLINFO_RESPONSE_CODE);
+    const bool isRedirect = status == 301 || status == 302 || status == 303 || status == 307 || status == 308;
+    return isRedirect && m_hasHead && !m_location.isEmpty();
+}
+
+// Redirects are followed here and not by libcurl, which reads the body of each to its end, stalled or endless as it may
+// be, and leads from https to http.
 bool HttpTransfer::followRedirect(CURLcode code)
 {
-    // Nobody reads the body of a redirect, so it does not matter how that has ended.
-    const bool isOver = code == CURLE_ABORTED_BY_CALLBACK || code == CURLE_OPERATION_TIMEDOUT;
-    const long status = number(CURLINFO_RESPONSE_CODE);
-    if (isOver || !m_hasHead || !isRedirect(status) || m_location.isEmpty())
+    if (code == CURLE_ABORTED_BY_CALLBACK || m_refusal || !isRedirected())
         return false;
+    const long status = number(CURLINFO_RESPONSE_CODE);
 
     const QUrl target = QUrl::fromEncoded(m_location);
     const QUrl url = target.isValid() ? QUrl::fromEncoded(m_url).resolved(target) : QUrl();
     const bool losesSecurity = m_url.startsWith("https:") && url.scheme() == QLatin1String("http");
-    if (++m_hops > mostHops)
+    if (++m_hops > maxHops)
         refuse(sentenceFor(CURLE_TOO_MANY_REDIRECTS));
     else if (!isHttpAddress(url))
         refuse(QStringLiteral("The server redirected to an address that is not supported."));
@@ -187,6 +200,8 @@ QString HttpTransfer::failureSentence(CURLcode code) const
 {
     if (code == CURLE_COULDNT_CONNECT)
         return connectSentenceFor(number(CURLINFO_OS_ERRNO));
+    if (code == CURLE_OUT_OF_MEMORY && !m_hasHead) // libcurl's word for a header line beyond 100 kB
+        return sentenceFor(CURLE_FILESIZE_EXCEEDED);
     if (code == CURLE_SSL_CONNECT_ERROR && hungUpInHandshake(m_errorText))
         return sentenceFor(CURLE_RECV_ERROR);
     if (code == CURLE_RECV_ERROR && number(CURLINFO_HTTP_CONNECTCODE) >= 300)
@@ -200,20 +215,41 @@ std::size_t HttpTransfer::receiveHeader(char *data, std::size_t size, std::size_
     return static_cast<HttpTransfer *>(self)->acceptHeader(line) ? line.size() : 0;
 }
 
-/// Watches the headers go by; false ends the exchange.
+/// Watches the headers go by; false ends the hop.
 bool HttpTransfer::acceptHeader(std::string_view line)
 {
     m_headSize += line.size();
-    if (m_headSize > largestHead)
+    if (m_headSize > maxHead)
         refuse(sentenceFor(CURLE_FILESIZE_EXCEEDED));
+    if (m_refusal || m_hasHead) // what comes behind the body is of no use
+        return !m_refusal;
+    if (line == "\r\n" || line == "\n")
+        return acceptBlankLine();
     if (line.starts_with("HTTP/")) { // what came before was an interim answer
-        m_hasHead = false;
         m_location.clear();
-    } else if (line == "\r\n" || line == "\n") {
-        m_hasHead = true;
-    } else if (const auto location = valueOf("Location", line); location && !m_hasHead) {
+        m_isEmpty = false;
+        m_codings = 0;
+    } else if (const auto location = valueOf("Location", line)) {
         m_location = *location;
+    } else if (const auto length = valueOf("Content-Length", line)) {
+        m_isEmpty = *length == "0";
+    } else if (const auto content = valueOf("Content-Encoding", line)) {
+        m_codings += codingsIn(*content);
+    } else if (const auto transfer = valueOf("Transfer-Encoding", line)) {
+        m_codings += codingsIn(*transfer);
     }
+    return true;
+}
+
+/// The headers of an answer are over; false ends the hop.
+bool HttpTransfer::acceptBlankLine()
+{
+    const long status = number(CURLINFO_RESPONSE_CODE);
+    m_hasHead = status >= 200 || status == 101; // 101 is followed by no other answer
+    if (isRedirected())
+        return m_isEmpty; // nobody reads the body; without one the connection stays
+    if (m_codings > 1)    // inflated to nothing, layers of them keep a processor busy for ever
+        refuse(sentenceFor(CURLE_BAD_CONTENT_ENCODING));
     return !m_refusal;
 }
 
@@ -231,8 +267,8 @@ bool HttpTransfer::acceptBody(std::string_view more)
             makeRoom();
         const std::size_t size = m_answer->size() + more.size();
         if (!isSuccess(number(CURLINFO_RESPONSE_CODE))) {
-            m_isCut = size > largestRefusal;
-        } else if (size > m_limits.largestAnswer) {
+            m_isCut = size > maxRefusal;
+        } else if (size > m_limits.maxAnswer) {
             refuse(sentenceFor(CURLE_FILESIZE_EXCEEDED));
         } else if (size > bombSize) {
             const auto received = static_cast<std::size_t>(amount(CURLINFO_SIZE_DOWNLOAD_T));
@@ -257,7 +293,7 @@ void HttpTransfer::makeRoom()
     const auto size = static_cast<std::size_t>(announced);
     if (!isSuccess(number(CURLINFO_RESPONSE_CODE)))
         return;
-    if (size > m_limits.largestAnswer)
+    if (size > m_limits.maxAnswer)
         refuse(sentenceFor(CURLE_FILESIZE_EXCEEDED));
     else
         m_answer->reserve(size);
@@ -266,14 +302,14 @@ void HttpTransfer::makeRoom()
 long HttpTransfer::number(CURLINFO info) const
 {
     long value = 0;
-    curl_easy_getinfo(m_handle, info, &value);
+    m_curl->easy_getinfo(m_handle, info, &value);
     return value;
 }
 
 curl_off_t HttpTransfer::amount(CURLINFO info) const
 {
     curl_off_t value = 0;
-    curl_easy_getinfo(m_handle, info, &value);
+    m_curl->easy_getinfo(m_handle, info, &value);
     return value;
 }
 

@@ -1,10 +1,10 @@
 #pragma once
 
+#include "api/Curl.h"
 #include "api/HttpExchange.h"
 
 #include <QString>
 #include <chrono>
-#include <curl/curl.h>
 #include <optional>
 
 namespace ambrel {
@@ -12,9 +12,9 @@ namespace ambrel {
 /// What bounds an exchange.
 struct TransferLimits
 {
-    std::chrono::milliseconds silence{12'000};                  ///< without a byte in or out, at any stage
-    std::size_t largestAnswer = std::size_t{512} * 1024 * 1024; ///< bytes, inflated
-    QByteArray trustedCertificates;                             ///< PEM; empty means the platform's store
+    std::chrono::milliseconds maxSilence{12'000};           ///< without a byte in or out, at any stage
+    std::size_t maxAnswer = std::size_t{512} * 1024 * 1024; ///< bytes, inflated
+    QByteArray trustedCertificates = {};                    ///< PEM; empty means the platform's store
 };
 
 /// True for an address that HTTP can be talked to: http or https, and a host.
@@ -32,14 +32,15 @@ public:
     HttpTransfer(const HttpTransfer &) = delete;
     HttpTransfer &operator=(const HttpTransfer &) = delete;
 
-    /// A libcurl handle set up for the current hop; owned by the transfer and the same for every hop.
+    /// A libcurl handle set up for the current hop, which begins now; owned by the transfer.
     CURL *prepare();
-    CURL *handle() const { return m_handle; }
+    /// Whom the current hop goes to: scheme, host and port.
+    QByteArray server() const { return m_url.left(m_url.indexOf('/', std::string_view("https://").size())); }
 
     /// Notes that the server is alive.
     void touch() { m_lastSign = Clock::now(); }
     /// When the silence has lasted too long, unless the transfer is touched again.
-    Clock::time_point deadline() const { return m_lastSign + m_limits.silence; }
+    Clock::time_point deadline() const { return m_lastSign + m_limits.maxSilence; }
 
     /// Moves on to the address that the ended hop points to. False when the exchange is over.
     bool followRedirect(CURLcode code);
@@ -50,13 +51,15 @@ private:
     template <typename Value>
     void set(CURLoption option, Value value)
     {
-        curl_easy_setopt(m_handle, option, value);
+        m_curl->easy_setopt(m_handle, option, value);
     }
     void setRequestBody();
     void setReceivers();
     static std::size_t receiveHeader(char *data, std::size_t size, std::size_t count, void *self);
     static std::size_t receiveBody(char *data, std::size_t size, std::size_t count, void *self);
     bool acceptHeader(std::string_view line);
+    bool acceptBlankLine();
+    bool isRedirected() const;
     bool acceptBody(std::string_view more);
     void makeRoom();
     void refuse(const QString &sentence) { m_refusal = sentence; }
@@ -73,6 +76,7 @@ private:
 
     TransferLimits m_limits;
     HttpReceiver m_receiver;
+    const Curl *m_curl = nullptr; ///< null until the exchange begins
     CURL *m_handle = nullptr;
     curl_slist *m_headers = nullptr;
     char m_errorText[CURL_ERROR_SIZE] = {};
@@ -80,7 +84,9 @@ private:
 
     // the answer
     std::size_t m_headSize = 0;
-    bool m_hasHead = false; ///< the headers have come to their end
+    bool m_hasHead = false; ///< the headers of the final answer have come to their end
+    int m_codings = 0;      ///< how often the body is compressed
+    bool m_isEmpty = false; ///< no body follows
     QByteArray m_location;  ///< where a redirect points to
     std::shared_ptr<Bytes> m_answer;
     bool m_isCut = false;             ///< a refusal whose body was not read to the end

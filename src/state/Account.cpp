@@ -20,7 +20,7 @@ QCoro::Task<> AmbrelAppState::signup()
     const RegisterRequest request = registration(name);
     const auto client = api;
     try {
-        co_await client->signup(request);
+        co_await client->call(endpoints::signup, request);
         saveSettings();
         statusText = QStringLiteral("Signed up.");
         startLive();
@@ -60,7 +60,7 @@ QCoro::Task<> AmbrelAppState::login()
     const LoginRequest request{userId, deviceId};
     const auto client = api;
     try {
-        const auto reply = co_await client->login(request);
+        const auto reply = co_await client->call(endpoints::login, request);
         adopt(reply.user);
         saveSettings();
         statusText = QStringLiteral("Logged in.");

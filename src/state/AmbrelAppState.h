@@ -110,6 +110,7 @@ private:
     void adopt(const UserProfile &profile);
     void cancelLoops();
     void accept(const CheckResponse &reply);
+    void replaceMatches(QList<MatchResult> list);
     bool isListed(const QString &matchUserId) const;
     void selectFirstMatch();
     /// Lets go of an old reply that only the selection's photos keep alive.

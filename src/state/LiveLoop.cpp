@@ -78,12 +78,12 @@ QCoro::Task<> AmbrelAppState::updateAndCheck()
     const LocationUpdateRequest position{userId, deviceId, latitude(), longitude(), discoverable};
     try {
         const auto positionClient = api;
-        co_await positionClient->updateLocation(position);
+        co_await positionClient->call(endpoints::updateLocation, position);
 
         // The user may have edited the ID or the address meanwhile.
         const auto checkClient = api;
         const QString checkedUserId = userId;
-        const auto reply = co_await checkClient->check(checkedUserId, deviceId);
+        const auto reply = co_await checkClient->call(endpoints::check, checkedUserId, deviceId);
         accept(reply);
     } catch (...) {
         statusText = currentErrorDescription();
@@ -92,17 +92,25 @@ QCoro::Task<> AmbrelAppState::updateAndCheck()
 
 void AmbrelAppState::accept(const CheckResponse &reply)
 {
-    destroyOnWorker(matches.exchange(reply.matches));
+    replaceMatches(reply.matches);
     if (!selectedMatch.value() || !isListed(selectedMatch.value()->userId))
         selectFirstMatch();
     else if (!ownsPhotos(*selectedMatch.value()))
-        ownSelectedPhotos();
+        runDetached(ownSelectedPhotos());
 
     if (!reply.seeMeMessages.isEmpty())
         receive(reply.seeMeMessages.first());
 
     statusText = reply.matches.isEmpty() ? QStringLiteral("No matches nearby.")
                                          : QString::number(reply.matches.size()) + QStringLiteral(" nearby.");
+}
+
+void AmbrelAppState::replaceMatches(QList<MatchResult> list)
+{
+    // The views let go of the old list when they refresh, which comes before this call; a worker then frees it.
+    QMetaObject::invokeMethod(
+        this, [outdated = matches.exchange(std::move(list))]() mutable { destroyOnWorker(std::move(outdated)); },
+        Qt::QueuedConnection);
 }
 
 bool AmbrelAppState::isListed(const QString &matchUserId) const

@@ -16,7 +16,7 @@ QCoro::Task<> AmbrelAppState::dismiss(MatchResult match)
     const DismissRequest request{userId, deviceId, match.userId};
     const auto client = api;
     try {
-        co_await client->dismiss(request);
+        co_await client->call(endpoints::dismiss, request);
         removeFromMatches(match.userId);
         statusText = QStringLiteral("Dismissed.");
     } catch (...) {
@@ -26,9 +26,9 @@ QCoro::Task<> AmbrelAppState::dismiss(MatchResult match)
 
 void AmbrelAppState::removeFromMatches(const QString &matchUserId)
 {
-    matches.modify([&matchUserId](QList<MatchResult> &list) {
-        list.removeIf([&matchUserId](const MatchResult &match) { return match.userId == matchUserId; });
-    });
+    QList<MatchResult> left = matches;
+    left.removeIf([&matchUserId](const MatchResult &match) { return match.userId == matchUserId; });
+    replaceMatches(std::move(left));
     if (selectedMatch.value() && selectedMatch.value()->userId == matchUserId)
         selectFirstMatch();
 }
@@ -43,7 +43,7 @@ QCoro::Task<> AmbrelAppState::seeMe(MatchResult match)
     const SeeMeRequest request{userId, deviceId, match.userId};
     const auto client = api;
     try {
-        co_await client->seeMe(request);
+        co_await client->call(endpoints::seeMe, request);
         flashSeeMeLogo();
         statusText = QStringLiteral("Sent: Can you see me?");
     } catch (...) {

@@ -25,13 +25,6 @@ public:
     operator const Value &() const { return m_value; } // NOLINT: reads like the plain field it stands for
     const Value *operator->() const { return &m_value; }
 
-    /// Announces the change, then lets `change` edit the value in place: no copy of a long list.
-    template <typename Change>
-    void modify(Change &&change)
-    {
-        Q_EMIT m_owner->objectWillChange();
-        std::forward<Change>(change)(m_value);
-    }
     /// Announces the change and hands the old value out, so that the caller decides where it is destroyed.
     Value exchange(Value value)
     {

@@ -6,7 +6,7 @@ namespace ambrel {
 void AmbrelAppState::flashSeeMeLogo()
 {
     showSeeMeFlash = true;
-    endFlash();
+    runDetached(endFlash());
 }
 
 QCoro::Task<> AmbrelAppState::endFlash()

@@ -13,7 +13,7 @@ QCoro::Task<> AmbrelAppState::pollSeeMe()
     const auto client = api;
     const QString polledUserId = userId;
     try {
-        const auto reply = co_await client->seeMeMessages(polledUserId, deviceId);
+        const auto reply = co_await client->call(endpoints::seeMeMessages, polledUserId, deviceId);
         if (!reply.seeMeMessages.isEmpty())
             receive(reply.seeMeMessages.first());
     } catch (...) {

@@ -31,8 +31,8 @@ QCoro::Task<> AmbrelAppState::checkServerStatus()
 
     const auto client = api;
     try {
-        const auto health = co_await client->health();
-        const auto version = co_await client->appVersion();
+        const auto health = co_await client->call(endpoints::health);
+        const auto version = co_await client->call(endpoints::appVersion);
         serverStatusText = serverLine(health);
         betaStatusText = betaLine(version);
     } catch (...) {

@@ -5,6 +5,9 @@
 
 namespace ambrel {
 
+/// Lets a coroutine run on by itself: it has started already, and nobody waits for it. It must handle its own errors.
+inline void runDetached(const QCoro::Task<> &) {}
+
 /// Handle of a coroutine that runs on the main thread until it is asked to stop.
 /// Copies share the task; dropping the last handle does not stop it.
 class BackgroundTask
@@ -14,8 +17,7 @@ public:
     template <typename Body>
     explicit BackgroundTask(Body body)
     {
-        QCoro::Task<> task = body(m_stop.get_token());
-        Q_UNUSED(task) // a task starts by itself and outlives its handle
+        runDetached(body(m_stop.get_token()));
     }
 
     /// Asks the task to end at its next check; a sleep in progress ends now.

@@ -1,18 +1,24 @@
 #pragma once
 
-#include "tasks/Mailbox.h"
+#include "tasks/CallQueue.h"
 
 #include <coroutine>
 #include <exception>
-#include <memory>
 #include <optional>
-#include <variant>
+#include <utility>
 
 namespace ambrel {
 
 /// What work ended with: its value, or the exception it threw.
 template <typename Value>
-using Outcome = std::variant<Value, std::exception_ptr>;
+struct Outcome
+{
+    Outcome(Value result) : value(std::move(result)) {}                         // NOLINT: a value is an outcome
+    Outcome(std::exception_ptr failure) noexcept : error(std::move(failure)) {} // NOLINT: and so is a failure
+
+    std::optional<Value> value;
+    std::exception_ptr error;
+};
 
 /// Calls `work()` and catches whatever it throws.
 template <typename Work>
@@ -41,28 +47,27 @@ public:
             return; // the waiting thread has ended
         auto sent = std::make_shared<Outcome<Value>>(std::move(outcome));
         home->post([shared = m_shared, arrived = std::move(sent)] {
-            shared->outcome = std::move(*arrived);
+            shared->outcome = arrived;
             if (shared->waiter)
                 std::exchange(shared->waiter, nullptr).resume();
         });
     }
 
-    bool await_ready() const noexcept { return m_shared->outcome.has_value(); }
+    bool await_ready() const noexcept { return m_shared->outcome != nullptr; }
     void await_suspend(std::coroutine_handle<> waiter) const noexcept { m_shared->waiter = waiter; }
     Value await_resume() const
     {
-        Outcome<Value> outcome = std::move(*m_shared->outcome);
-        if (const auto *const error = std::get_if<std::exception_ptr>(&outcome))
-            std::rethrow_exception(*error);
-        return std::get<Value>(std::move(outcome));
+        if (m_shared->outcome->error)
+            std::rethrow_exception(m_shared->outcome->error);
+        return *std::move(m_shared->outcome->value);
     }
 
 private:
     /// Touched on the home thread alone, except for `home`, which never changes.
     struct Shared
     {
-        const std::weak_ptr<Mailbox> home = Mailbox::ofThisThread();
-        std::optional<Outcome<Value>> outcome;
+        const std::weak_ptr<CallQueue> home = CallQueue::ofThisThread();
+        std::shared_ptr<Outcome<Value>> outcome; // null until it has arrived
         std::coroutine_handle<> waiter;
     };
     std::shared_ptr<Shared> m_shared;

@@ -1,104 +1,131 @@
 #include "tasks/Worker.h"
 
+#include "tasks/RaceChecker.h"
+
 #include <QCoreApplication>
+#include <QFile>
+#include <QProcess>
+#include <QThreadPool>
 #include <algorithm>
 #include <condition_variable>
-#include <deque>
+#include <latch>
 #include <mutex>
-#include <thread>
+#include <semaphore>
 #include <vector>
 
 namespace ambrel {
 
 namespace {
 
-/// A few threads that take work from one queue, made when there is work for them. Not the toolkit's pool: its
-/// painting splits large areas over the global one and waits for it, so the window would stand still while workers
-/// are busy there, and a race checker cannot see its locks.
-class Pool
+constexpr std::chrono::seconds maxWait{1}; // for the first thread, and at exit
+
+/// A pool of our own: the toolkit's painting splits large areas over the global one and waits for it, so the window
+/// would stand still while workers are busy there (longest scrolling frame 45 instead of 8 ms). All threads start at
+/// once and stay, because QThreadPool takes a thread that could not be started for one that runs: work that it gave to
+/// such a thread would never be done.
+class Workers
 {
 public:
-    ~Pool();
-    void start(std::function<void()> work);
-    void wait();
+    Workers();
+    bool start(std::function<void()> work);
+    bool wait(std::chrono::milliseconds time);
 
 private:
-    void run();
+    bool startThreads();
 
-    std::mutex m_mutex; // guards everything below
-    std::condition_variable m_hasWork;
-    std::condition_variable m_isIdle;
-    std::deque<std::function<void()>> m_queue;
-    std::vector<std::thread> m_threads;
-    std::size_t m_busy = 0;
-    bool m_ending = false;
+    std::mutex m_mutex; // guards what follows, down to the pool
+    std::condition_variable m_areIdle;
+    bool m_areRunning = false;
+    int m_unfinished = 0; // pieces of work
+    QThreadPool m_pool;
 };
 
-Pool::~Pool()
+Workers::Workers()
+{
+    m_pool.setExpiryTimeout(-1);
+    qAddPostRoutine([] { waitForWorkers(maxWait); });
+}
+
+/// Each thread of the toolkit opens a descriptor, and ends the program where there is none.
+bool hasDescriptorsFor(int threads)
+{
+    std::vector<std::unique_ptr<QFile>> probes;
+    for (int probe = 0; probe < threads; ++probe) {
+        probes.push_back(std::make_unique<QFile>(QProcess::nullDevice()));
+        if (!probes.back()->open(QIODevice::ReadOnly))
+            return false;
+    }
+    return true;
+}
+
+/// Keeps every thread busy until one has shown that it runs; so each is started now, and none with work.
+bool Workers::startThreads()
+{
+    struct Start
+    {
+        std::counting_semaphore<> running{0};
+        std::latch end{1};
+    };
+    const int threads = std::max(1, QThread::idealThreadCount());
+    if (!hasDescriptorsFor(threads + 2)) // another thread may open some meanwhile
+        return false;
+    const auto start = std::make_shared<Start>();
+    m_pool.setMaxThreadCount(m_pool.activeThreadCount() + threads);
+    for (int thread = 0; thread < threads; ++thread) {
+        m_pool.start([start] {
+            start->running.release();
+            start->end.wait();
+        });
+    }
+    const bool someRun = start->running.try_acquire_for(maxWait);
+    start->end.count_down();
+    return someRun;
+}
+
+bool Workers::start(std::function<void()> work)
 {
     {
         const std::lock_guard lock(m_mutex);
-        m_ending = true;
-        m_hasWork.notify_all();
+        m_areRunning = m_areRunning || startThreads();
+        if (!m_areRunning)
+            return false;
+        ++m_unfinished;
     }
-    for (std::thread &thread : m_threads)
-        thread.join();
+    handedOver();
+    m_pool.start([this, job = std::move(work)]() mutable {
+        takenOver();
+        job();
+        job = nullptr;
+        const std::lock_guard lock(m_mutex);
+        --m_unfinished;
+        m_areIdle.notify_all();
+    });
+    return true;
 }
 
-void Pool::start(std::function<void()> work)
-{
-    const std::lock_guard lock(m_mutex);
-    m_queue.push_back(std::move(work));
-    const std::size_t most = std::max(1U, std::thread::hardware_concurrency());
-    if (m_busy + m_queue.size() > m_threads.size() && m_threads.size() < most)
-        m_threads.emplace_back([this] { run(); });
-    else
-        m_hasWork.notify_one();
-}
-
-void Pool::wait()
+bool Workers::wait(std::chrono::milliseconds time)
 {
     std::unique_lock lock(m_mutex);
-    m_isIdle.wait(lock, [this] { return m_queue.empty() && m_busy == 0; });
+    return m_areIdle.wait_for(lock, time, [this] { return m_unfinished == 0; });
 }
 
-void Pool::run()
+/// Never destroyed: its threads may be in work that hangs, and the end of the program must not wait for that.
+Workers &workers()
 {
-    std::unique_lock lock(m_mutex);
-    while (true) {
-        m_hasWork.wait(lock, [this] { return m_ending || !m_queue.empty(); });
-        if (m_queue.empty())
-            return;
-        std::function<void()> work = std::move(m_queue.front());
-        m_queue.pop_front();
-        ++m_busy;
-        lock.unlock();
-        work();
-        work = nullptr;
-        lock.lock();
-        --m_busy;
-        m_isIdle.notify_all();
-    }
-}
-
-Pool &pool()
-{
-    static Pool workers;
-    static std::once_flag ending;
-    std::call_once(ending, [] { qAddPostRoutine(waitForWorkers); });
-    return workers;
+    static auto *const workers = new Workers; // as above
+    return *workers;
 }
 
 } // namespace
 
-void startOnWorker(std::function<void()> work)
+bool startOnWorker(std::function<void()> work)
 {
-    pool().start(std::move(work));
+    return workers().start(std::move(work));
 }
 
-void waitForWorkers()
+bool waitForWorkers(std::chrono::milliseconds time)
 {
-    pool().wait();
+    return workers().wait(time);
 }
 
 } // namespace ambrel

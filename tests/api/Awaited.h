@@ -3,8 +3,9 @@
 #include "api/AmbrelAPIError.h"
 #include "api/TransportError.h"
 #include "model/Json.h"
+#include "tasks/BackgroundTask.h"
+#include "tasks/HandOff.h"
 
-#include <QCoroTask>
 #include <QEventLoop>
 #include <QTimer>
 #include <memory>
@@ -12,12 +13,12 @@
 
 namespace ambrel {
 
-/// What became of one operation: its record, or its failure by type and sentence.
+/// What became of one call: its record, or its failure by type and sentence.
 template <typename Record>
 class Awaited
 {
 public:
-    explicit Awaited(QCoro::Task<Record> task) { (void)watch(std::move(task), m_end); }
+    explicit Awaited(HandOff<Record> answer) { runDetached(watch(std::move(answer), m_end)); }
 
     bool isDone() const { return m_end->record || !m_end->failure.isEmpty(); }
 
@@ -51,18 +52,16 @@ private:
         return QString::fromLatin1(type) + QStringLiteral(": ") + error.errorDescription();
     }
 
-    static QCoro::Task<> watch(QCoro::Task<Record> task, std::shared_ptr<End> end)
+    static QCoro::Task<> watch(HandOff<Record> answer, std::shared_ptr<End> end)
     {
         try {
-            end->record = co_await task;
+            end->record = co_await answer;
         } catch (const AmbrelAPIError &error) {
             end->failure = named("AmbrelAPIError", error);
         } catch (const TransportError &error) {
             end->failure = named("TransportError", error);
         } catch (const DecodingError &error) {
             end->failure = named("DecodingError", error);
-        } catch (const EncodingError &error) {
-            end->failure = named("EncodingError", error);
         }
         if (end->loop)
             end->loop->quit();
@@ -73,16 +72,16 @@ private:
 
 /// Waits for an operation and tells how it failed; empty when it did not.
 template <typename Record>
-QString failureOf(QCoro::Task<Record> task)
+QString failureOf(HandOff<Record> answer)
 {
-    return Awaited<Record>(std::move(task)).wait().failure();
+    return Awaited<Record>(std::move(answer)).wait().failure();
 }
 
 /// Waits for an operation and returns its record; none when it failed.
 template <typename Record>
-std::optional<Record> recordOf(QCoro::Task<Record> task)
+std::optional<Record> recordOf(HandOff<Record> answer)
 {
-    return Awaited<Record>(std::move(task)).wait().record();
+    return Awaited<Record>(std::move(answer)).wait().record();
 }
 
 /// The failure of a transport, as `failureOf` tells it.

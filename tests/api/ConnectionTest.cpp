@@ -32,8 +32,9 @@ private Q_SLOTS:
             const ScriptedServer server;
             closedPort = server.url();
         }
-        QCOMPARE(failureOf(AmbrelAPI(closedPort).health()), transport("Could not connect to the server."));
-        QCOMPARE(failureOf(AmbrelAPI(QStringLiteral("http://nobody.invalid")).health()),
+        QCOMPARE(failureOf(AmbrelAPI(closedPort).call(endpoints::health)),
+                 transport("Could not connect to the server."));
+        QCOMPARE(failureOf(AmbrelAPI(QStringLiteral("http://nobody.invalid")).call(endpoints::health)),
                  transport("The server could not be found."));
     }
 
@@ -58,7 +59,7 @@ private Q_SLOTS:
         ScriptedServer server;
         server.on("GET", "/health", reply);
         const AmbrelAPI api(server.url());
-        QCOMPARE(failureOf(api.health()), transport("The network connection was lost."));
+        QCOMPARE(failureOf(api.call(endpoints::health)), transport("The network connection was lost."));
     }
 
     void aChunkedAnswerIsPutTogether()
@@ -66,9 +67,11 @@ private Q_SLOTS:
         ScriptedServer server;
         server.on("GET", "/health", chunked("6\r\n{\"ok\":\r\n5\r\ntrue}\r\n0\r\n\r\n"));
         const AmbrelAPI api(server.url());
-        QCOMPARE(failureOf(api.health()), QString());
+        QCOMPARE(failureOf(api.call(endpoints::health)), QString());
         server.next("GET", "/health", chunked("b\r\n{\"ok\":true}\r\n0\r\nX-Trailer: 1\r\n\r\n"));
-        QCOMPARE(failureOf(api.health()), QString());
+        QCOMPARE(failureOf(api.call(endpoints::health)), QString());
+        server.next("GET", "/health", chunked("b\r\n{\"ok\":true}\r\n0\r\nHTTP/1.1 500 No: 1\r\nHTTP/: 1\r\n\r\n"));
+        QCOMPARE(failureOf(api.call(endpoints::health)), QString());
     }
 
     void anAnswerThatIsNoHttpIsUnreadable()
@@ -76,7 +79,7 @@ private Q_SLOTS:
         ScriptedServer server;
         server.on("GET", "/health", ScriptedReply().send("220 mail.example ESMTP\r\n").close());
         const AmbrelAPI api(server.url());
-        QCOMPARE(failureOf(api.health()), transport("The server's answer could not be read."));
+        QCOMPARE(failureOf(api.call(endpoints::health)), transport("The server's answer could not be read."));
     }
 
     void pollsShareOneConnection()
@@ -85,10 +88,31 @@ private Q_SLOTS:
         server.on("GET", "/api/see-me/u", ScriptedReply::json(R"({"ok":true,"seeMeMessages":[]})"));
         for (int poll = 0; poll < 20; ++poll) {
             const AmbrelAPI api(server.url()); // a new client, as after saving the settings
-            QCOMPARE(failureOf(api.seeMeMessages(QStringLiteral("u"), QStringLiteral("d"))), QString());
+            QCOMPARE(failureOf(api.call(endpoints::seeMeMessages, QStringLiteral("u"), QStringLiteral("d"))),
+                     QString());
         }
         QCOMPARE(server.requests().size(), 20);
         QCOMPARE(server.connectionCount(), 1);
+    }
+
+    void aServerGetsSixConnectionsAtOnceAndTheRestWaits()
+    {
+        constexpr int calls = 60;
+        ScriptedServer busy;
+        busy.on("GET", "/health", ScriptedReply(acknowledged).held());
+        ScriptedServer other;
+        other.on("GET", "/health", acknowledged);
+        std::vector<Awaited<HealthResponse>> waiting;
+        for (int call = 0; call < calls; ++call)
+            waiting.emplace_back(AmbrelAPI(busy.url()).call(endpoints::health));
+        QTRY_COMPARE(busy.count("GET", "/health"), 6);
+        QCOMPARE(failureOf(AmbrelAPI(other.url()).call(endpoints::health)), QString());
+        for (int call = 0; call < calls; ++call)
+            busy.release("GET", "/health");
+        for (const auto &answer : waiting)
+            QCOMPARE(answer.wait().failure(), QString());
+        QCOMPARE(busy.count("GET", "/health"), calls);
+        QCOMPARE(busy.connectionCount(), 6);
     }
 
     void aGetThatDiesOnAnOldConnectionIsSentAgain()
@@ -96,9 +120,9 @@ private Q_SLOTS:
         ScriptedServer server;
         server.on("GET", "/health", acknowledged);
         const AmbrelAPI api(server.url());
-        QCOMPARE(failureOf(api.health()), QString());
+        QCOMPARE(failureOf(api.call(endpoints::health)), QString());
         server.next("GET", "/health", ScriptedReply().close());
-        QCOMPARE(failureOf(api.health()), QString());
+        QCOMPARE(failureOf(api.call(endpoints::health)), QString());
         QCOMPARE(server.count("GET", "/health"), 3);
     }
 
@@ -108,9 +132,11 @@ private Q_SLOTS:
         QTest::addColumn<Failure>("call");
         QTest::addColumn<ScriptedReply>("end");
         const std::pair<QByteArray, Failure> calls[] = {
-            {"/api/signup", [](const AmbrelAPI &api) { return failureOf(api.signup(RegisterRequest())); }},
-            {"/api/dismiss", [](const AmbrelAPI &api) { return failureOf(api.dismiss(DismissRequest())); }},
-            {"/api/see-me", [](const AmbrelAPI &api) { return failureOf(api.seeMe(SeeMeRequest())); }},
+            {"/api/signup",
+             [](const AmbrelAPI &api) { return failureOf(api.call(endpoints::signup, RegisterRequest())); }},
+            {"/api/dismiss",
+             [](const AmbrelAPI &api) { return failureOf(api.call(endpoints::dismiss, DismissRequest())); }},
+            {"/api/see-me", [](const AmbrelAPI &api) { return failureOf(api.call(endpoints::seeMe, SeeMeRequest())); }},
         };
         for (const auto &[path, call] : calls) {
             QTest::addRow("%s, closed", path.constData()) << path << call << ScriptedReply(ScriptedReply().close());
@@ -127,7 +153,7 @@ private Q_SLOTS:
         server.on("GET", "/health", acknowledged);
         server.on("POST", path, end);
         const AmbrelAPI api(server.url());
-        QCOMPARE(failureOf(api.health()), QString()); // leaves a connection that could be used again
+        QCOMPARE(failureOf(api.call(endpoints::health)), QString()); // leaves a connection that could be used again
         QCOMPARE(call(api), transport("The network connection was lost."));
         QCOMPARE(server.count("POST", path), 1);
     }
@@ -139,8 +165,8 @@ private Q_SLOTS:
         server.on("POST", "/api/see-me", ScriptedReply::redirect(307, "/moved/see-me"));
         server.on("POST", "/moved/see-me", ScriptedReply().close());
         const AmbrelAPI api(server.url());
-        QCOMPARE(failureOf(api.health()), QString());
-        QCOMPARE(failureOf(api.seeMe(SeeMeRequest())), transport("The network connection was lost."));
+        QCOMPARE(failureOf(api.call(endpoints::health)), QString());
+        QCOMPARE(failureOf(api.call(endpoints::seeMe, SeeMeRequest())), transport("The network connection was lost."));
         QCOMPARE(server.count("POST", "/api/see-me"), 1);
         QCOMPARE(server.count("POST", "/moved/see-me"), 1);
     }

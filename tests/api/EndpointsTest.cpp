@@ -33,7 +33,7 @@ private Q_SLOTS:
         ScriptedServer server;
         server.on("GET", "/api/check/u1", ScriptedReply::json(R"({"active":true,"matches":[],"seeMeMessages":[]})"));
         const AmbrelAPI api(server.url());
-        const auto answer = recordOf(api.check(QStringLiteral("u1"), QStringLiteral("d1")));
+        const auto answer = recordOf(api.call(endpoints::check, QStringLiteral("u1"), QStringLiteral("d1")));
         QVERIFY(answer && answer->active);
         QCOMPARE(server.requests().first().target, "/api/check/u1?deviceId=d1");
     }
@@ -43,7 +43,7 @@ private Q_SLOTS:
         ScriptedServer server;
         server.on("GET", "/health", ScriptedReply::json(R"({"ok":true,"name":"n","version":"1"})"));
         const AmbrelAPI api(server.url());
-        const auto answer = recordOf(api.health());
+        const auto answer = recordOf(api.call(endpoints::health));
         QVERIFY(answer && answer->ok);
         QCOMPARE(server.requests().first().target, "/health");
     }
@@ -55,7 +55,7 @@ private Q_SLOTS:
                   ScriptedReply::json(R"({"versionCode":7,"versionName":"7","downloadUrl":"","apkAvailable":false,)"
                                       R"("phoneVerificationAvailable":false})"));
         const AmbrelAPI api(server.url());
-        const auto answer = recordOf(api.appVersion());
+        const auto answer = recordOf(api.call(endpoints::appVersion));
         QVERIFY(answer);
         QCOMPARE(answer->versionCode, 7);
         QCOMPARE(server.requests().first().target, "/api/app-version");
@@ -66,7 +66,7 @@ private Q_SLOTS:
         ScriptedServer server;
         server.on("GET", "/api/check/", ScriptedReply::json("{}", 404));
         const AmbrelAPI api(server.url());
-        (void)failureOf(api.check({}, QStringLiteral("d1")));
+        (void)failureOf(api.call(endpoints::check, {}, QStringLiteral("d1")));
         QCOMPARE(server.requests().first().target, "/api/check/?deviceId=d1");
     }
 
@@ -75,7 +75,7 @@ private Q_SLOTS:
         ScriptedServer server;
         server.on("GET", "/api/see-me/u1", ScriptedReply::json(R"({"ok":true,"seeMeMessages":[]})"));
         const AmbrelAPI api(server.url());
-        QVERIFY(recordOf(api.seeMeMessages(QStringLiteral("u1"), QStringLiteral("d1"))));
+        QVERIFY(recordOf(api.call(endpoints::seeMeMessages, QStringLiteral("u1"), QStringLiteral("d1"))));
         QCOMPARE(server.requests().first().target, "/api/see-me/u1?deviceId=d1");
     }
 
@@ -91,13 +91,13 @@ private Q_SLOTS:
                                       R"("discoverable":true,"latitude":1,"longitude":2,)"
                                       R"("aboutMe":[],"lookingFor":[],"profilePhotos":[]}})"));
         const AmbrelAPI api(server.url());
-        QVERIFY(recordOf(api.signup(someone())));
-        QVERIFY(recordOf(api.registerOrUpdate(someone())));
-        QVERIFY(recordOf(api.logout(LogoutRequest())));
-        QVERIFY(recordOf(api.updateLocation(LocationUpdateRequest())));
-        QVERIFY(recordOf(api.dismiss(DismissRequest())));
-        QVERIFY(recordOf(api.seeMe(SeeMeRequest())));
-        QVERIFY(recordOf(api.login(LoginRequest())));
+        QVERIFY(recordOf(api.call(endpoints::signup, someone())));
+        QVERIFY(recordOf(api.call(endpoints::registerOrUpdate, someone())));
+        QVERIFY(recordOf(api.call(endpoints::logout, LogoutRequest())));
+        QVERIFY(recordOf(api.call(endpoints::updateLocation, LocationUpdateRequest())));
+        QVERIFY(recordOf(api.call(endpoints::dismiss, DismissRequest())));
+        QVERIFY(recordOf(api.call(endpoints::seeMe, SeeMeRequest())));
+        QVERIFY(recordOf(api.call(endpoints::login, LoginRequest())));
 
         QList<QByteArray> seen;
         for (const ReceivedRequest &request : server.requests()) {
@@ -114,7 +114,7 @@ private Q_SLOTS:
         ScriptedServer server;
         server.on("POST", "/api/signup", ScriptedReply::json(acknowledged, 201));
         const AmbrelAPI api(server.url());
-        QVERIFY(recordOf(api.signup(someone())));
+        QVERIFY(recordOf(api.call(endpoints::signup, someone())));
         QCOMPARE(server.requests().first().body, writeRecord(someone()));
     }
 
@@ -123,8 +123,8 @@ private Q_SLOTS:
         ScriptedServer server;
         server.on("GET", "/health", ScriptedReply::answer(200, acknowledged, {"Set-Cookie: tracked=1; Path=/"}));
         const AmbrelAPI api(server.url());
-        QVERIFY(recordOf(api.health()));
-        QVERIFY(recordOf(api.health()));
+        QVERIFY(recordOf(api.call(endpoints::health)));
+        QVERIFY(recordOf(api.call(endpoints::health)));
         for (const ReceivedRequest &request : server.requests()) {
             QStringList names;
             for (const auto &[name, value] : request.headers)
@@ -164,7 +164,7 @@ private Q_SLOTS:
         ScriptedServer server;
         server.on("GET", "/api/see-me/" + path, ScriptedReply::json(R"({"ok":true,"seeMeMessages":[]})"));
         const AmbrelAPI api(server.url());
-        QCOMPARE(failureOf(api.seeMeMessages(userId, QStringLiteral("d"))), QString());
+        QCOMPARE(failureOf(api.call(endpoints::seeMeMessages, userId, QStringLiteral("d"))), QString());
         QCOMPARE(server.requests().first().target, "/api/see-me/" + path + "?deviceId=d");
     }
 
@@ -173,7 +173,8 @@ private Q_SLOTS:
         ScriptedServer server;
         server.on("GET", "/api/see-me/u", ScriptedReply::json(R"({"ok":true,"seeMeMessages":[]})"));
         const AmbrelAPI api(server.url());
-        QVERIFY(recordOf(api.seeMeMessages(QStringLiteral("u"), QStringLiteral(u"a&b=c+d%#\u00e4 /?"))));
+        QVERIFY(
+            recordOf(api.call(endpoints::seeMeMessages, QStringLiteral("u"), QStringLiteral(u"a&b=c+d%#\u00e4 /?"))));
         QCOMPARE(server.requests().first().target, "/api/see-me/u?deviceId=a%26b%3Dc%2Bd%25%23%C3%A4%20%2F%3F");
     }
 
@@ -182,7 +183,7 @@ private Q_SLOTS:
         ScriptedServer server;
         server.on("GET", "/v%2F1/a%20b/health", ScriptedReply::json(acknowledged));
         const AmbrelAPI api(server.url() + QStringLiteral("v%2F1/a%20b"));
-        QCOMPARE(failureOf(api.health()), QString());
+        QCOMPARE(failureOf(api.call(endpoints::health)), QString());
     }
 
     void anAnswerThatIsNotOkIsReturnedAsItIs()
@@ -190,7 +191,7 @@ private Q_SLOTS:
         ScriptedServer server;
         server.on("POST", "/api/logout", ScriptedReply::json(R"({"ok":false})"));
         const AmbrelAPI api(server.url());
-        const auto answer = recordOf(api.logout(LogoutRequest()));
+        const auto answer = recordOf(api.call(endpoints::logout, LogoutRequest()));
         QVERIFY(answer && !answer->ok);
     }
 
@@ -199,7 +200,7 @@ private Q_SLOTS:
         ScriptedServer server;
         server.on("POST", "/api/logout", ScriptedReply::json(acknowledged).held());
         auto api = std::make_unique<AmbrelAPI>(server.url());
-        const Awaited logout(api->logout(LogoutRequest()));
+        const Awaited logout(api->call(endpoints::logout, LogoutRequest()));
         api.reset();
         server.release("POST", "/api/logout");
         QVERIFY(logout.wait().record());
@@ -211,7 +212,7 @@ private Q_SLOTS:
         const AmbrelAPI api(server.url());
         LocationUpdateRequest nowhere;
         nowhere.latitude = std::numeric_limits<double>::quiet_NaN();
-        QVERIFY(failureOf(api.updateLocation(nowhere)).startsWith(QStringLiteral("EncodingError: ")));
+        QVERIFY_THROWS_EXCEPTION(EncodingError, api.call(endpoints::updateLocation, nowhere));
         QCOMPARE(server.connectionCount(), 0);
     }
 
@@ -221,8 +222,8 @@ private Q_SLOTS:
         server.on("GET", "/health", ScriptedReply::json(acknowledged).held());
         server.on("POST", "/api/logout", ScriptedReply::json(acknowledged));
         const AmbrelAPI api(server.url());
-        const Awaited first(api.health());
-        QVERIFY(recordOf(api.logout(LogoutRequest())));
+        const Awaited first(api.call(endpoints::health));
+        QVERIFY(recordOf(api.call(endpoints::logout, LogoutRequest())));
         QVERIFY(!first.isDone());
         server.release("GET", "/health");
         QVERIFY(first.wait().record());

@@ -14,7 +14,7 @@ QString failureOn(const ScriptedReply &reply)
     ScriptedServer server;
     server.on("GET", "/health", reply);
     const AmbrelAPI api(server.url());
-    return failureOf(api.health());
+    return failureOf(api.call(endpoints::health));
 }
 
 QString refused(const char *text)
@@ -71,7 +71,7 @@ private Q_SLOTS:
         ScriptedServer server;
         server.on("GET", "/health", ScriptedReply::json(R"({"ok":true})"));
         const AmbrelAPI api(server.url());
-        QCOMPARE(failureOf(api.health()), QString());
+        QCOMPARE(failureOf(api.call(endpoints::health)), QString());
         QVERIFY(!server.requests().first().target.contains('?'));
     }
 
@@ -145,6 +145,10 @@ private Q_SLOTS:
         const QString noServer = QStringLiteral("AmbrelAPIError: No server response.");
         const QString unsupported =
             transport("The server address must begin with http:// or https:// and name a server.");
+        const QString unusable = transport("The server address cannot be used.");
+        QTest::newRow("port too large") << QStringLiteral("http://127.0.0.1:99999/") << unusable;
+        QTest::newRow("no such host") << QStringLiteral("http://127.0.0..1/") << unusable;
+        QTest::newRow("invisible character") << QStringLiteral(u"http://127.0.\u200b0.1/") << unusable;
         QTest::newRow("file") << QStringLiteral("file:///etc/") << noServer;
         QTest::newRow("FILE") << QStringLiteral("FILE:///etc/") << noServer;
         QTest::newRow("data") << QStringLiteral("data:application/json,1") << noServer;
@@ -164,8 +168,8 @@ private Q_SLOTS:
         QFETCH(const QString, address);
         QFETCH(const QString, failure);
         const AmbrelAPI api(address);
-        QCOMPARE(failureOf(api.health()), failure);
-        QCOMPARE(failureOf(api.seeMe(SeeMeRequest())), failure);
+        QCOMPARE(failureOf(api.call(endpoints::health)), failure);
+        QCOMPARE(failureOf(api.call(endpoints::seeMe, SeeMeRequest())), failure);
     }
 };
 

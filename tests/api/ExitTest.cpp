@@ -10,7 +10,7 @@
 using namespace ambrel;
 
 /// Works on, step by step, once the answer has come or failed.
-static QCoro::Task<> workAfter(QCoro::Task<HealthResponse> answer, int &steps)
+static QCoro::Task<> workAfter(HandOff<HealthResponse> answer, int &steps)
 {
     try {
         const auto health = co_await answer;
@@ -43,11 +43,11 @@ private Q_SLOTS:
         char *argv[] = {name, nullptr};
         auto application = std::make_unique<QCoreApplication>(argc, argv);
         const AmbrelAPI api(server.url());
-        const Awaited silent(api.health());
-        const Awaited begun(api.appVersion());
-        const Awaited posted(api.logout(LogoutRequest()));
+        const Awaited silent(api.call(endpoints::health));
+        const Awaited begun(api.call(endpoints::appVersion));
+        const Awaited posted(api.call(endpoints::logout, LogoutRequest()));
         int steps = -1;
-        const auto working = workAfter(api.health(), steps);
+        const auto working = workAfter(api.call(endpoints::health), steps);
         QTRY_COMPARE(server.requests().size(), 4);
 
         QElapsedTimer clock;

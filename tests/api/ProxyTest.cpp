@@ -24,7 +24,7 @@ private Q_SLOTS:
         ScriptedServer proxy;
         proxy.on("GET", "http://far.invalid:3000/health", ScriptedReply::json(R"({"ok":true})"));
         qputenv("http_proxy", proxy.url().toLatin1());
-        QCOMPARE(failureOf(AmbrelAPI(QStringLiteral("http://far.invalid:3000")).health()), QString());
+        QCOMPARE(failureOf(AmbrelAPI(QStringLiteral("http://far.invalid:3000")).call(endpoints::health)), QString());
     }
 
     void exceptionsAreAskedDirectly()
@@ -34,7 +34,7 @@ private Q_SLOTS:
         server.on("GET", "/health", ScriptedReply::json(R"({"ok":true})"));
         qputenv("http_proxy", proxy.url().toLatin1());
         qputenv("no_proxy", "127.0.0.1");
-        QCOMPARE(failureOf(AmbrelAPI(server.url()).health()), QString());
+        QCOMPARE(failureOf(AmbrelAPI(server.url()).call(endpoints::health)), QString());
         QCOMPARE(proxy.connectionCount(), 0);
     }
 
@@ -46,7 +46,7 @@ private Q_SLOTS:
             closedPort = proxy.url().toLatin1();
         }
         qputenv("http_proxy", closedPort);
-        QCOMPARE(failureOf(AmbrelAPI(QStringLiteral("http://far.invalid")).health()),
+        QCOMPARE(failureOf(AmbrelAPI(QStringLiteral("http://far.invalid")).call(endpoints::health)),
                  transport("Could not connect to the server."));
     }
 
@@ -56,7 +56,7 @@ private Q_SLOTS:
         proxy.on("GET", "http://far.invalid/health",
                  ScriptedReply::answer(407, {}, {"Proxy-Authenticate: Basic realm=\"proxy\""}));
         qputenv("http_proxy", proxy.url().toLatin1());
-        QCOMPARE(failureOf(AmbrelAPI(QStringLiteral("http://far.invalid")).health()),
+        QCOMPARE(failureOf(AmbrelAPI(QStringLiteral("http://far.invalid")).call(endpoints::health)),
                  QStringLiteral("AmbrelAPIError: Server returned 407."));
     }
 
@@ -65,7 +65,7 @@ private Q_SLOTS:
         ScriptedServer proxy;
         proxy.on("CONNECT", "far.invalid:443", ScriptedReply::answer(502));
         qputenv("https_proxy", proxy.url().toLatin1());
-        QCOMPARE(failureOf(AmbrelAPI(QStringLiteral("https://far.invalid")).health()),
+        QCOMPARE(failureOf(AmbrelAPI(QStringLiteral("https://far.invalid")).call(endpoints::health)),
                  transport("The proxy server refused the connection."));
     }
 };

@@ -18,8 +18,8 @@ class RedirectTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase() { HttpSession::shared().setTrustedCertificates(trustedAuthority()); }
-    void cleanupTestCase() { HttpSession::shared().setTrustedCertificates({}); }
+    void initTestCase() { HttpSession::shared().setLimits({.trustedCertificates = trustedAuthority()}); }
+    void cleanupTestCase() { HttpSession::shared().setLimits({}); }
 
     void aGetFollowsEveryKind()
     {
@@ -29,7 +29,7 @@ private Q_SLOTS:
             ScriptedServer server;
             server.on("GET", "/health", ScriptedReply::redirect(status, other.url().toLatin1() + "a/health?x=%20y"));
             const AmbrelAPI api(server.url());
-            QCOMPARE(failureOf(api.health()), QString());
+            QCOMPARE(failureOf(api.call(endpoints::health)), QString());
             QCOMPARE(other.requests().first().target, "/a/health?x=%20y");
         }
     }
@@ -55,7 +55,7 @@ private Q_SLOTS:
         const AmbrelAPI api(server.url());
         DismissRequest request;
         request.userId = QStringLiteral("u1");
-        QCOMPARE(failureOf(api.dismiss(request)), QString());
+        QCOMPARE(failureOf(api.call(endpoints::dismiss, request)), QString());
         const ReceivedRequest moved = server.requests().last();
         QCOMPARE(moved.method, method);
         QCOMPARE(moved.body, method == "POST" ? writeRecord(request) : QByteArray());
@@ -88,7 +88,7 @@ private Q_SLOTS:
         const QByteArray path = asked.split('?').first();
         server.next("GET", "/base/health", ScriptedReply::redirect(302, location));
         server.on("GET", path, acknowledged);
-        QCOMPARE(failureOf(AmbrelAPI(server.url() + QStringLiteral("base")).health()), QString());
+        QCOMPARE(failureOf(AmbrelAPI(server.url() + QStringLiteral("base")).call(endpoints::health)), QString());
         QCOMPARE(server.requests().last().target, asked);
     }
 
@@ -100,6 +100,11 @@ private Q_SLOTS:
         };
         const QByteArray chunked = redirect("Transfer-Encoding: chunked");
         QTest::newRow("endless") << ScriptedReply(ScriptedReply().send(chunked).flood("1\r\nx\r\n"));
+        QTest::newRow("stalled") << ScriptedReply(
+            ScriptedReply().send(redirect("Content-Length: 99") + "<html>").hang());
+        QTest::newRow("silent") << ScriptedReply(ScriptedReply().send(chunked).hang());
+        QTest::newRow("zipped twice") << ScriptedReply::answer(302, "zz",
+                                                               {"Content-Encoding: gzip, gzip", "Location: /moved"});
         QTest::newRow("badly zipped") << ScriptedReply::answer(302, "this is no gzip",
                                                                {"Content-Encoding: gzip", "Location: /moved"});
         QTest::newRow("cut short") << ScriptedReply(
@@ -114,7 +119,16 @@ private Q_SLOTS:
         ScriptedServer server;
         server.on("GET", "/health", reply);
         server.on("GET", "/moved", acknowledged);
-        QCOMPARE(failureOf(AmbrelAPI(server.url()).health()), QString());
+        QCOMPARE(failureOf(AmbrelAPI(server.url()).call(endpoints::health)), QString());
+    }
+
+    void aRedirectWithoutABodyKeepsTheConnection()
+    {
+        ScriptedServer server;
+        server.on("GET", "/health", ScriptedReply::redirect(302, "/moved"));
+        server.on("GET", "/moved", acknowledged);
+        QCOMPARE(failureOf(AmbrelAPI(server.url()).call(endpoints::health)), QString());
+        QCOMPARE(server.connectionCount(), 1);
     }
 
     void aNameAndPasswordAreNeverSent()
@@ -125,7 +139,7 @@ private Q_SLOTS:
         };
         server.on("GET", "/health", ScriptedReply::redirect(302, withPassword(QStringLiteral("moved")).toLatin1()));
         server.on("GET", "/moved", acknowledged);
-        QCOMPARE(failureOf(AmbrelAPI(withPassword({})).health()), QString());
+        QCOMPARE(failureOf(AmbrelAPI(withPassword({})).call(endpoints::health)), QString());
         QCOMPARE(server.requests().size(), 2);
         for (const ReceivedRequest &request : server.requests())
             QCOMPARE(request.header("Authorization"), QByteArray());
@@ -142,7 +156,7 @@ private Q_SLOTS:
             }
             server.on("GET", "/" + QByteArray::number(hops), acknowledged);
             const AmbrelAPI api(server.url());
-            QCOMPARE(failureOf(api.health()), hops == 20 ? QString() : transport("Too many redirects."));
+            QCOMPARE(failureOf(api.call(endpoints::health)), hops == 20 ? QString() : transport("Too many redirects."));
             QCOMPARE(server.requests().size(), 21);
         }
     }
@@ -152,7 +166,7 @@ private Q_SLOTS:
         ScriptedServer server;
         server.on("GET", "/health", ScriptedReply::redirect(301, "/health"));
         const AmbrelAPI api(server.url());
-        QCOMPARE(failureOf(api.health()), transport("Too many redirects."));
+        QCOMPARE(failureOf(api.call(endpoints::health)), transport("Too many redirects."));
     }
 
     void httpMayLeadToHttps()
@@ -162,7 +176,7 @@ private Q_SLOTS:
         ScriptedServer server;
         server.on("GET", "/health", ScriptedReply::redirect(301, secure.url().toLatin1() + "health"));
         const AmbrelAPI api(server.url());
-        QCOMPARE(failureOf(api.health()), QString());
+        QCOMPARE(failureOf(api.call(endpoints::health)), QString());
     }
 
     void httpsNeverLeadsToHttp_data()
@@ -180,7 +194,8 @@ private Q_SLOTS:
         plain.on("GET", "/health", ScriptedReply::redirect(302, secure.url().toLatin1() + "health"));
         secure.on("GET", "/health", ScriptedReply::redirect(302, plain.url().toLatin1() + "leaked"));
         const AmbrelAPI api(beginsPlain ? plain.url() : secure.url());
-        QCOMPARE(failureOf(api.health()), transport("The server redirected to an address that is not secure."));
+        QCOMPARE(failureOf(api.call(endpoints::health)),
+                 transport("The server redirected to an address that is not secure."));
         QCOMPARE(secure.count("GET", "/health"), 1);
         QCOMPARE(plain.requests().size(), beginsPlain ? 1 : 0);
     }
@@ -201,7 +216,8 @@ private Q_SLOTS:
         ScriptedServer server;
         server.on("GET", "/health", ScriptedReply::redirect(302, location));
         const AmbrelAPI api(server.url());
-        QCOMPARE(failureOf(api.health()), transport("The server redirected to an address that is not supported."));
+        QCOMPARE(failureOf(api.call(endpoints::health)),
+                 transport("The server redirected to an address that is not supported."));
     }
 };
 

@@ -28,17 +28,12 @@ class TimeoutTest : public QObject
 private Q_SLOTS:
     void initTestCase()
     {
-        HttpSession::shared().setIdleTimeout(silence);
-        HttpSession::shared().setTrustedCertificates(trustedAuthority());
+        HttpSession::shared().setLimits({.maxSilence = silence, .trustedCertificates = trustedAuthority()});
     }
 
-    void cleanupTestCase()
-    {
-        HttpSession::shared().setIdleTimeout(TransferLimits().silence);
-        HttpSession::shared().setTrustedCertificates({});
-    }
+    void cleanupTestCase() { HttpSession::shared().setLimits({}); }
 
-    void silenceLastsTwelveSeconds() { QCOMPARE(TransferLimits().silence, 12'000ms); }
+    void silenceLastsTwelveSeconds() { QCOMPARE(TransferLimits().maxSilence, 12'000ms); }
 
     void silenceEndsTheExchangeAtEveryStage()
     {
@@ -58,13 +53,28 @@ private Q_SLOTS:
         std::vector<Awaited<HealthResponse>> exchanges;
         for (const auto &[stage, reply] : stages) {
             server.on("GET", QByteArray("/") + stage + "/health", reply);
-            exchanges.emplace_back(AmbrelAPI(server.url() + QString::fromLatin1(stage)).health());
+            exchanges.emplace_back(AmbrelAPI(server.url() + QString::fromLatin1(stage)).call(endpoints::health));
         }
         for (const auto &exchange : exchanges) {
             QCOMPARE(exchange.wait().failure(), transport("The request timed out."));
             QVERIFY(clock.elapsed() >= silence.count());
         }
         QCOMPARE(server.requests().size(), std::ssize(stages));
+    }
+
+    void theTimeOfARequestBeginsWhenItsTurnComes()
+    {
+        ScriptedServer server;
+        server.on("GET", "/health", ScriptedReply().hang());
+        QElapsedTimer clock;
+        clock.start();
+        std::vector<Awaited<HealthResponse>> exchanges;
+        for (int request = 0; request < 7; ++request) // one more than a server gets at once
+            exchanges.emplace_back(AmbrelAPI(server.url()).call(endpoints::health));
+        for (const auto &exchange : exchanges)
+            QCOMPARE(exchange.wait().failure(), transport("The request timed out."));
+        QVERIFY(clock.elapsed() >= 2 * silence.count());
+        QCOMPARE(server.count("GET", "/health"), 7);
     }
 
     void silenceAfterARedirectEndsTheExchange()
@@ -74,7 +84,7 @@ private Q_SLOTS:
         ScriptedServer server;
         server.on("GET", "/health", ScriptedReply::redirect(302, silent.url().toLatin1() + "elsewhere"));
         const AmbrelAPI api(server.url());
-        QCOMPARE(failureOf(api.health()), transport("The request timed out."));
+        QCOMPARE(failureOf(api.call(endpoints::health)), transport("The request timed out."));
         QCOMPARE(silent.count("GET", "/elsewhere"), 1);
     }
 
@@ -83,7 +93,7 @@ private Q_SLOTS:
         ScriptedServer plain; // takes the handshake for a request that never ends
         plain.onConnect(ScriptedReply().hang());
         const AmbrelAPI api(plain.url().replace(QStringLiteral("http:"), QStringLiteral("https:")));
-        QCOMPARE(failureOf(api.health()), transport("The request timed out."));
+        QCOMPARE(failureOf(api.call(endpoints::health)), transport("The request timed out."));
     }
 
     void aSlowButLivingAnswerIsNotCut()
@@ -102,9 +112,9 @@ private Q_SLOTS:
         QElapsedTimer clock;
         clock.start();
         const Awaited<HealthResponse> exchanges[] = {
-            Awaited(AmbrelAPI(plain.url() + QStringLiteral("headers")).health()),
-            Awaited(AmbrelAPI(plain.url() + QStringLiteral("body")).health()),
-            Awaited(AmbrelAPI(secure.url() + QStringLiteral("body")).health()),
+            Awaited(AmbrelAPI(plain.url() + QStringLiteral("headers")).call(endpoints::health)),
+            Awaited(AmbrelAPI(plain.url() + QStringLiteral("body")).call(endpoints::health)),
+            Awaited(AmbrelAPI(secure.url() + QStringLiteral("body")).call(endpoints::health)),
         };
         for (const auto &exchange : exchanges) {
             QCOMPARE(exchange.wait().failure(), QString());
@@ -120,8 +130,8 @@ private Q_SLOTS:
                   ScriptedReply().send(ScriptedReply::head(200, {"Connection: close"})).drip(body, alive).close());
         server.on("POST", "/api/logout", ScriptedReply().hang());
         const AmbrelAPI api(server.url());
-        const Awaited slow(api.health());
-        const Awaited silent(api.logout(LogoutRequest()));
+        const Awaited slow(api.call(endpoints::health));
+        const Awaited silent(api.call(endpoints::logout, LogoutRequest()));
         QCOMPARE(silent.wait().failure(), transport("The request timed out."));
         QVERIFY(!slow.isDone());
         QCOMPARE(slow.wait().failure(), QString());

@@ -23,8 +23,8 @@ class TlsTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void init() { HttpSession::shared().setTrustedCertificates(trustedAuthority()); }
-    void cleanup() { HttpSession::shared().setTrustedCertificates({}); }
+    void init() { HttpSession::shared().setLimits({.trustedCertificates = trustedAuthority()}); }
+    void cleanup() { HttpSession::shared().setLimits({}); }
 
     void aTrustedServerIsTalkedTo()
     {
@@ -33,8 +33,8 @@ private Q_SLOTS:
             server.on("GET", "/health", acknowledged);
             server.on("POST", "/api/see-me", acknowledged);
             const AmbrelAPI api(server.url(host));
-            QCOMPARE(failureOf(api.health()), QString());
-            QCOMPARE(failureOf(api.seeMe(SeeMeRequest())), QString());
+            QCOMPARE(failureOf(api.call(endpoints::health)), QString());
+            QCOMPARE(failureOf(api.call(endpoints::seeMe, SeeMeRequest())), QString());
         }
     }
 
@@ -52,24 +52,24 @@ private Q_SLOTS:
         const ScriptedServer server(TlsIdentity{certificate});
         const AmbrelAPI api(server.url());
         const QString notTrusted = transport("The certificate for this server is not trusted.");
-        QCOMPARE(failureOf(api.health()), notTrusted);
-        QCOMPARE(failureOf(api.signup(RegisterRequest())), notTrusted);
+        QCOMPARE(failureOf(api.call(endpoints::health)), notTrusted);
+        QCOMPARE(failureOf(api.call(endpoints::signup, RegisterRequest())), notTrusted);
         QCOMPARE(server.requests().size(), 0);
         QCOMPARE(server.connectionCount(), 2);
     }
 
     void thePlatformsStoreKnowsNoTestAuthority()
     {
-        HttpSession::shared().setTrustedCertificates({});
+        HttpSession::shared().setLimits({});
         const ScriptedServer server(TlsIdentity{QStringLiteral("valid")});
-        QCOMPARE(failureOf(AmbrelAPI(server.url()).health()),
+        QCOMPARE(failureOf(AmbrelAPI(server.url()).call(endpoints::health)),
                  transport("The certificate for this server is not trusted."));
     }
 
     void outdatedTlsIsRefused()
     {
         const ScriptedServer server(TlsIdentity{QStringLiteral("valid"), true});
-        QCOMPARE(failureOf(AmbrelAPI(server.url()).health()),
+        QCOMPARE(failureOf(AmbrelAPI(server.url()).call(endpoints::health)),
                  transport("A secure connection to the server could not be made."));
         QCOMPARE(server.connectionCount(), 1);
     }
@@ -89,14 +89,15 @@ private Q_SLOTS:
         QFETCH(const ScriptedReply, greeting);
         ScriptedServer server;
         server.onConnect(greeting);
-        QCOMPARE(failureOf(AmbrelAPI(asHttps(server.url())).health()), transport("The network connection was lost."));
+        QCOMPARE(failureOf(AmbrelAPI(asHttps(server.url())).call(endpoints::health)),
+                 transport("The network connection was lost."));
     }
 
     void aPlainServerIsNotSpokenToInPlainText()
     {
         ScriptedServer server;
         server.onConnect(ScriptedReply().send("HTTP/1.1 400 Bad Request\r\n\r\n"));
-        QCOMPARE(failureOf(AmbrelAPI(asHttps(server.url())).health()),
+        QCOMPARE(failureOf(AmbrelAPI(asHttps(server.url())).call(endpoints::health)),
                  transport("A secure connection to the server could not be made."));
         QCOMPARE(server.requests().size(), 0);
     }

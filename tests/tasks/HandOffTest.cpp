@@ -1,6 +1,6 @@
+#include "tasks/BackgroundTask.h"
 #include "tasks/Worker.h"
 
-#include <QCoroTask>
 #include <QEventLoop>
 #include <QTest>
 #include <QThread>
@@ -36,8 +36,7 @@ QCoro::Task<> await(HandOff<int> number, Arrival &arrival)
 
 void startAwaiting(const HandOff<int> &number, Arrival &arrival)
 {
-    const QCoro::Task<> task = await(number, arrival);
-    Q_UNUSED(task)
+    runDetached(await(number, arrival));
 }
 
 } // namespace
@@ -47,32 +46,42 @@ class HandOffTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void lettersAreRunOnceAndInOrder()
+    void callsAreRunOnceAndInOrder()
     {
-        const auto mailbox = Mailbox::ofThisThread();
-        QCOMPARE(Mailbox::ofThisThread(), mailbox);
+        const auto queue = CallQueue::ofThisThread();
+        QCOMPARE(CallQueue::ofThisThread(), queue);
         QList<int> run;
-        for (int letter = 0; letter < 3; ++letter)
-            mailbox->post([&run, letter] { run.append(letter); });
+        for (int call = 0; call < 3; ++call)
+            queue->post([&run, call] { run.append(call); });
         QVERIFY(run.isEmpty());
         QTRY_COMPARE(run, (QList<int>{0, 1, 2}));
-        QVERIFY(!mailbox->deliver());
+        QVERIFY(!queue->deliver());
     }
 
-    void lettersOfManyThreadsAllArrive()
+    void callsAreDeliveredWhereNoLoopTurns()
+    {
+        const auto queue = CallQueue::ofThisThread();
+        int runs = 0;
+        queue->post([&runs] { ++runs; });
+        QVERIFY(queue->deliver());
+        QCOMPARE(runs, 1);
+        QVERIFY(!queue->deliver());
+    }
+
+    void callsOfManyThreadsAllArrive()
     {
         constexpr int threads = 8;
-        constexpr int letters = 500;
-        const auto mailbox = Mailbox::ofThisThread();
-        int sum = 0; // no atomic: the letters are run here
+        constexpr int calls = 500;
+        const auto queue = CallQueue::ofThisThread();
+        int sum = 0; // no atomic: the calls are run here
         std::vector<std::jthread> senders;
         for (int thread = 0; thread < threads; ++thread) {
-            senders.emplace_back([&sum, mailbox] {
-                for (int letter = 0; letter < letters; ++letter)
-                    mailbox->post([&sum] { ++sum; });
+            senders.emplace_back([&sum, queue] {
+                for (int call = 0; call < calls; ++call)
+                    queue->post([&sum] { ++sum; });
             });
         }
-        QTRY_COMPARE(sum, threads * letters);
+        QTRY_COMPARE(sum, threads * calls);
     }
 
     void aValueResumesTheWaitingCoroutineAtHome()

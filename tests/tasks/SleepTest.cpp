@@ -1,4 +1,5 @@
 #include "tasks/Sleep.h"
+#include "tasks/BackgroundTask.h"
 
 #include <QElapsedTimer>
 #include <QTest>
@@ -25,8 +26,7 @@ QCoro::Task<> nap(std::chrono::milliseconds duration, std::stop_token stop, Nap 
 
 void start(std::chrono::milliseconds duration, const std::stop_token &stop, Nap &result)
 {
-    const QCoro::Task<> task = nap(duration, stop, result);
-    Q_UNUSED(task)
+    runDetached(nap(duration, stop, result));
 }
 
 } // namespace

@@ -1,6 +1,5 @@
 #include "ui/people/MainPanelView.h"
 
-#include "tasks/Worker.h"
 #include "toolkit/AccessibleRole.h"
 #include "toolkit/BidiIsolation.h"
 #include "toolkit/ElidedLabel.h"
@@ -110,10 +109,9 @@ void MainPanelView::refreshCards()
     if (m_matches.isSharedWith(state.matches) && m_selectedUserId == selectedUserId)
         return;
     m_selectedUserId = selectedUserId;
-    QList<MatchResult> outdated = std::exchange(m_matches, state.matches);
+    const QList<MatchResult> before = std::exchange(m_matches, state.matches);
     m_cards->refresh();
-    announceArrivals(outdated);
-    destroyOnWorker(std::move(outdated));
+    announceArrivals(before);
 }
 
 void MainPanelView::announceArrivals(const QList<MatchResult> &before)

@@ -88,9 +88,11 @@ QLayout *MatchCard::makeButtons()
     auto *const keep = new AmbrelSecondaryButton(QStringLiteral("Continue"), this);
     auto *const dismiss = new AmbrelSecondaryButton(QStringLiteral("Dismiss"), this);
     // Whatever the server answers is told by the status text; the card may be gone by then.
-    connect(m_seeMe, &QPushButton::clicked, this, [this] { ViewEnvironment::of(*this).state().seeMe(m_match); });
+    connect(m_seeMe, &QPushButton::clicked, this,
+            [this] { runDetached(ViewEnvironment::of(*this).state().seeMe(m_match)); });
     connect(keep, &QPushButton::clicked, this, [this] { ViewEnvironment::of(*this).state().keep(m_match); });
-    connect(dismiss, &QPushButton::clicked, this, [this] { ViewEnvironment::of(*this).state().dismiss(m_match); });
+    connect(dismiss, &QPushButton::clicked, this,
+            [this] { runDetached(ViewEnvironment::of(*this).state().dismiss(m_match)); });
 
     auto *const buttons = new QHBoxLayout;
     buttons->setSpacing(theme::buttonRowSpacing);

@@ -52,13 +52,15 @@ void PhotoLoader::startNext()
         if (!order)
             continue; // called off
         ++m_running;
-        startOnWorker([loader = QPointer(this), home = Mailbox::ofThisThread(), waiting, photo = order->photo,
-                       frame = order->frame, shown = order->shown] {
+        const bool isStarted = startOnWorker([loader = QPointer(this), home = CallQueue::ofThisThread(), waiting,
+                                              photo = order->photo, frame = order->frame, shown = order->shown] {
             home->post([loader, waiting, result = loaded(photo, frame, shown)] {
                 if (loader)
                     loader->finish(waiting, result);
             });
         });
+        if (!isStarted)
+            finish(waiting, {});
     }
 }
 

@@ -25,8 +25,8 @@ AccountForm::AccountForm(QWidget *parent) : QGroupBox(QStringLiteral("Account"),
     form->addLayout(makeRow({m_signUp, m_logIn}));
 
     auto &state = ViewEnvironment::of(*this).state();
-    connect(m_signUp, &QPushButton::clicked, this, [&state] { static_cast<void>(state.signup()); });
-    connect(m_logIn, &QPushButton::clicked, this, [&state] { static_cast<void>(state.login()); });
+    connect(m_signUp, &QPushButton::clicked, this, [&state] { runDetached(state.signup()); });
+    connect(m_logIn, &QPushButton::clicked, this, [&state] { runDetached(state.login()); });
 }
 
 void AccountForm::setBusy(bool isBusy)

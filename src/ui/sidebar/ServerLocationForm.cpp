@@ -43,7 +43,7 @@ ServerLocationForm::ServerLocationForm(QWidget *parent) : QGroupBox(QStringLiter
     });
     connect(m_goLive, &QPushButton::clicked, this, [&state] { state.startLive(); });
     connect(pause, &QPushButton::clicked, this, [&state] { state.stopLive(); });
-    connect(m_checkServer, &QPushButton::clicked, this, [&state] { static_cast<void>(state.checkServerStatus()); });
+    connect(m_checkServer, &QPushButton::clicked, this, [&state] { runDetached(state.checkServerStatus()); });
 }
 
 void ServerLocationForm::refresh(const AmbrelAppState &state)

@@ -66,10 +66,12 @@ SystemAlertSound::~SystemAlertSound() = default;
 
 void SystemAlertSound::play()
 {
-    startOnWorker([player = m_player, home = Mailbox::ofThisThread()] {
+    const bool isStarted = startOnWorker([player = m_player, home = CallQueue::ofThisThread()] {
         if (!player->play())
             home->post([] { QApplication::beep(); });
     });
+    if (!isStarted)
+        QApplication::beep();
 }
 
 } // namespace ambrel

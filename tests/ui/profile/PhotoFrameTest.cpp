@@ -58,8 +58,10 @@ class BusyWorkers
 public:
     BusyWorkers()
     {
-        for (int i = 0; i < m_workers; ++i)
-            startOnWorker([gate = m_gate] { gate->acquire(); });
+        for (int i = 0; i < m_workers; ++i) {
+            if (!startOnWorker([gate = m_gate] { gate->acquire(); }))
+                qFatal("no worker to keep busy");
+        }
     }
     ~BusyWorkers() { m_gate->release(m_workers); }
     Q_DISABLE_COPY_MOVE(BusyWorkers)
