@@ -25,21 +25,19 @@ class AmbrelAppState : public QObject, public std::enable_shared_from_this<Ambre
     template <typename Value>
     using Observable = Published<AmbrelAppState, Value>;
 
-    SettingsStore m_settings; // the fields below start with what it holds
-
 public:
     /// Reads the settings and makes the device ID on first launch. `sound` must outlive `shutDown`.
     static std::shared_ptr<AmbrelAppState> create(AlertSound &sound, const LiveTimings &timings = {});
     ~AmbrelAppState() override;
 
-    Observable<QString> serverBaseURL; ///< as typed; normalised by saveSettings
-    Observable<QString> userId;
-    Observable<QString> displayName;
-    Observable<QString> email;
-    Observable<QString> phone;
-    Observable<QString> profileBio;
-    Observable<QString> latitudeText;  ///< degrees as typed
-    Observable<QString> longitudeText; ///< degrees as typed
+    Observable<QString> serverBaseURL{this, {}}; ///< as typed; normalised by saveSettings
+    Observable<QString> userId{this, {}};
+    Observable<QString> displayName{this, {}};
+    Observable<QString> email{this, {}};
+    Observable<QString> phone{this, {}};
+    Observable<QString> profileBio{this, {}};
+    Observable<QString> latitudeText{this, {}};  ///< degrees as typed
+    Observable<QString> longitudeText{this, {}}; ///< degrees as typed
     Observable<bool> discoverable{this, true};
     Observable<QList<MatchResult>> matches{this, {}}; ///< in the server's order
     Observable<QString> statusText{this, QStringLiteral("Ready.")};
@@ -58,7 +56,7 @@ public:
     /// True when the user ID is not blank.
     bool isSignedIn() const;
 
-    /// Normalises the server address, rebuilds the server client and stores the eight user settings.
+    /// Normalises the server address, rebuilds the server client and stores the eight user settings in the background.
     void saveSettings();
 
     // Account
@@ -106,6 +104,7 @@ Q_SIGNALS:
 private:
     AmbrelAppState(AlertSound &sound, const LiveTimings &timings);
 
+    void readSettings();
     RegisterRequest registration(const QString &name) const;
     void adopt(const UserProfile &profile);
     void cancelLoops();
@@ -121,6 +120,7 @@ private:
 
     AlertSound &m_sound;
     const LiveTimings m_timings;
+    SettingsStore m_settings;
     const QString deviceId;
     std::shared_ptr<AmbrelAPI> api; ///< shared: a request in flight keeps the client it started on
     std::optional<BackgroundTask> liveTask;

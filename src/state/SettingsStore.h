@@ -1,25 +1,37 @@
 #pragma once
 
-#include <QSettings>
-#include <QString>
+#include "state/SettingsFile.h"
+
+#include <memory>
 
 namespace ambrel {
 
-/// The per-user preference store: text values by key. Main thread only.
+/// The per-user preference store: read once, written in the background. When it cannot be read it keeps nothing of
+/// this run, and what is there stays as it is; each failure is one line on standard error. Main thread only.
 class SettingsStore
 {
 public:
+    /// Reads everything, and makes and stores a device ID on first launch.
     SettingsStore();
+    /// Waits for the last save to reach the disk, but not for a disk that hangs: a second at most.
+    ~SettingsStore();
+    Q_DISABLE_COPY_MOVE(SettingsStore)
 
-    bool contains(const QString &key) const { return m_settings.value(key).isValid(); }
-    /// The stored text, or `fallback` when there is none.
-    QString text(const QString &key, const QString &fallback = {}) const;
-    void setText(const QString &key, const QString &value) { m_settings.setValue(key, value); }
-    /// Writes what was set to the disk, readable by this user only. False when that failed.
-    bool save();
+    /// The text that was stored at start, or `fallback` when there was none.
+    QString text(const QString &key, const QString &fallback) const { return m_stored.value(key, fallback); }
+    const QString &deviceId() const { return m_deviceId; }
+
+    /// Stores `texts`, and the device ID should it have gone, on a thread of its own. While one save runs only the
+    /// latest of those that follow is kept.
+    void save(const SettingsFile::Texts &texts);
 
 private:
-    QSettings m_settings;
+    class Saving;
+
+    QString m_deviceId;
+    SettingsFile::Texts m_stored;
+    std::shared_ptr<Saving>
+        m_saving; ///< null when nothing is to be saved; shared with the thread, which may outlive us
 };
 
 } // namespace ambrel

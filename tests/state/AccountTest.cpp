@@ -55,7 +55,7 @@ private Q_SLOTS:
         QCOMPARE(onlySignUpAt(fixture.server).displayName, QStringLiteral("Ann"));
         QCOMPARE(onlySignUpAt(fixture.server).userId, QStringLiteral("ann"));
         QCOMPARE(fixture.state.displayName.value(), QStringLiteral("  Ann  "));
-        QCOMPARE(StateFixture::Store().value(QStringLiteral("displayName")).toString(), QStringLiteral("  Ann  "));
+        QTRY_COMPARE(StoredSettings::text(QStringLiteral("displayName")), QStringLiteral("  Ann  "));
     }
 
     void nameOfThirtyLettersGivesAnIdOfTwentyFour()
@@ -180,7 +180,7 @@ private Q_SLOTS:
         fixture.run(fixture.state.signup());
         QCOMPARE(fixture.state.statusText.value(), QStringLiteral("Name taken"));
         QCOMPARE(fixture.state.userId.value(), QStringLiteral("me2"));
-        QCOMPARE(StateFixture::Store().value(QStringLiteral("userId")).toString(), QStringLiteral("me"));
+        QVERIFY(fixture.state.serverBaseURL->endsWith(u'/')); // saving would have taken it off
         QVERIFY(!fixture.state.isBusy);
         QVERIFY(!fixture.state.isLive);
     }
@@ -213,7 +213,7 @@ private Q_SLOTS:
                               QStringLiteral("serverBaseURL=") + fixture.server.url().chopped(1),
                               QStringLiteral("statusText=Logged in."), QStringLiteral("isBusy=false")}));
         QCOMPARE(fixture.state.userId.value(), QStringLiteral("me"));
-        QCOMPARE(StateFixture::Store().value(QStringLiteral("phone")).toString(), QStringLiteral("123"));
+        QTRY_COMPARE(StoredSettings::text(QStringLiteral("phone")), QStringLiteral("123"));
     }
 
     void signUpAnsweredDuringExitIsSavedAndStartsNothing()
@@ -228,7 +228,7 @@ private Q_SLOTS:
         QTRY_VERIFY(!fixture.state.isBusy);
         QCOMPARE(fixture.state.statusText.value(), QStringLiteral("Signed up."));
         QVERIFY(!fixture.state.isLive);
-        QCOMPARE(StateFixture::Store().value(QStringLiteral("userId")).toString(), QStringLiteral("ann"));
+        QTRY_COMPARE(StoredSettings::text(QStringLiteral("userId")), QStringLiteral("ann"));
     }
 
     void coordinatesThatAreNoNumberEndInASentence()

@@ -1,10 +1,9 @@
 #pragma once
 
+#include "SettingsFolder.h"
 #include "state/AlertSound.h"
 #include "state/AmbrelAppState.h"
 
-#include <QSettings>
-#include <QTemporaryDir>
 #include <QTest>
 #include <memory>
 
@@ -25,20 +24,12 @@ public:
     /// `stored` is what the preference store holds before the state is made.
     explicit StateFixture(const QVariantMap &stored = {}, const LiveTimings &timings = {})
     {
-        QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, m_directory.path());
         for (auto entry = stored.cbegin(); entry != stored.cend(); ++entry)
-            Store().setValue(entry.key(), entry.value());
+            StoredSettings().setValue(entry.key(), entry.value());
         state = AmbrelAppState::create(sound, timings);
     }
     ~StateFixture() { end(); }
     Q_DISABLE_COPY_MOVE(StateFixture)
-
-    /// The preference store as it is on the disk.
-    class Store : public QSettings
-    {
-    public:
-        Store() : QSettings(QStringLiteral("Ambrel"), QStringLiteral("Ambrel")) {}
-    };
 
     /// Makes a second state on the same settings, as a restart of the application does.
     void restart()
@@ -59,7 +50,7 @@ private:
         state.reset();
     }
 
-    QTemporaryDir m_directory;
+    const SettingsFolder m_folder;
 };
 
 } // namespace ambrel
