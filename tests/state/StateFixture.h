@@ -32,10 +32,10 @@ public:
     Q_DISABLE_COPY_MOVE(StateFixture)
 
     /// Makes a second state on the same settings, as a restart of the application does.
-    void restart()
+    void restart(const LiveTimings &timings = {})
     {
         end();
-        state = AmbrelAppState::create(sound);
+        state = AmbrelAppState::create(sound, timings);
     }
 
     CountingSound sound;
