@@ -1,5 +1,6 @@
 #include "state/SettingsFile.h"
 
+#include <QDateTime>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -93,16 +94,20 @@ void makeFolder(const QString &path)
 /// The toolkit's store replaces a file with one of the same permissions.
 bool makePrivateFile(const QString &path)
 {
+    QFile::remove(path); // of a writer that was killed
+    QFile::remove(path + QStringLiteral(".lock"));
     return QFile(path).open(QIODevice::WriteOnly | QIODevice::NewOnly, QFile::ReadOwner | QFile::WriteOwner);
 }
 
 /// What writers that were killed have left.
-void removeUnfinishedCopies(const QFileInfo &file)
+void removeOldCopies(const QFileInfo &file)
 {
     const QDir folder = file.dir();
-    const QString copyName = file.fileName() + QStringLiteral(".new");
-    for (const QString &copy : folder.entryList({copyName, copyName + QStringLiteral(".*")}, QDir::Files))
-        QFile::remove(folder.filePath(copy));
+    const QDateTime old = QDateTime::currentDateTime().addSecs(-60);
+    for (const QFileInfo &copy : folder.entryInfoList({file.fileName() + QStringLiteral(".new*")}, QDir::Files)) {
+        if (copy.lastModified() < old)
+            QFile::remove(copy.filePath());
+    }
 }
 
 /// Puts `copy` in the place of `path`. An absent file may have been made by another client meanwhile: then fails.
@@ -149,7 +154,7 @@ bool SettingsFile::write(const Texts &texts, const Texts &onlyIfAbsent, std::chr
     lock.setStaleLockTime(static_cast<int>(maxLockAge.count()));
     QString copyPath = m_path + QStringLiteral(".new");
     if (lock.tryLock(static_cast<int>(maxWait.count())))
-        removeUnfinishedCopies(QFileInfo(m_path));
+        removeOldCopies(QFileInfo(m_path));
     else
         copyPath += u'-' + QUuid::createUuid().toString(QUuid::Id128); // others may be writing a copy of their own
 
