@@ -20,6 +20,12 @@ constexpr std::size_t maxHead = std::size_t{256} * 1024;
 constexpr std::size_t bombSize = std::size_t{64} * 1024 * 1024;
 constexpr std::size_t bombRatio = 100;
 
+// A list in libcurl's form, which it only reads.
+char contentType[] = "Content-Type: application/json";
+char noExpectation[] = "Expect:";
+curl_slist otherHeaders{noExpectation, nullptr};
+curl_slist postHeaders{contentType, &otherHeaders};
+
 bool isSuccess(long status)
 {
     return status >= 200 && status < 300;
@@ -80,8 +86,6 @@ HttpTransfer::~HttpTransfer()
 {
     if (m_handle)
         m_curl->easy_cleanup(m_handle);
-    if (m_headers)
-        m_curl->slist_free_all(m_headers);
 }
 
 CURL *HttpTransfer::prepare()
@@ -123,12 +127,8 @@ CURL *HttpTransfer::prepare()
 
 void HttpTransfer::setRequestBody()
 {
-    if (!m_headers) {
-        m_headers = m_curl->slist_append(m_headers, "Content-Type: application/json");
-        m_headers = m_curl->slist_append(m_headers, "Expect:");
-    }
     set(CURLOPT_POST, 1L);
-    set(CURLOPT_HTTPHEADER, m_headers);
+    set(CURLOPT_HTTPHEADER, &postHeaders);
     set(CURLOPT_POSTFIELDSIZE_LARGE, static_cast<curl_off_t>(m_body.size()));
     set(CURLOPT_POSTFIELDS, m_body.constData());
 }

@@ -78,7 +78,6 @@ private:
     HttpReceiver m_receiver;
     const Curl *m_curl = nullptr; ///< null until the exchange begins
     CURL *m_handle = nullptr;
-    curl_slist *m_headers = nullptr;
     char m_errorText[CURL_ERROR_SIZE] = {};
     Clock::time_point m_lastSign;
 
