@@ -35,7 +35,7 @@ bool isSuccess(long status)
 /// handshake that failed.
 bool hungUpInHandshake(std::string_view errorText)
 {
-    constexpr std::string_view signs[] = {"SSL_ERROR_SYSCALL", "unexpected eof", "Connection reset"};
+    constexpr std::string_view signs[] = {"SSL_ERROR_SYSCALL", "unexpected eof", "Connection reset", "Broken pipe"};
     return std::any_of(std::begin(signs), std::end(signs),
                        [errorText](std::string_view sign) { return errorText.find(sign) != std::string_view::npos; });
 }

@@ -78,6 +78,9 @@ QPalette palette()
         {QPalette::ToolTipBase, ambrelCream},
         {QPalette::ToolTipText, primaryText},
         {QPalette::Highlight, ambrelRed},
+#if QT_VERSION >= QT_VERSION_CHECK(6, 6, 0)
+        {QPalette::Accent, ambrelRed}, // else the desktop's shows through
+#endif
         {QPalette::HighlightedText, Qt::white},
         {QPalette::Link, secondaryButtonLabel},
         {QPalette::LinkVisited, secondaryButtonLabel},
