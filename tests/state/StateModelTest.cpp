@@ -248,7 +248,9 @@ private:
     {
         using Kind = Step::Kind;
         const quint32 choice = step.choice;
-        const ModelPerson person = personFor(choice);
+        const bool isListed = !m_model.matches.isEmpty() && choice % 4 != 0; // whom a card shows, or somebody gone
+        const ModelPerson person =
+            isListed ? m_model.matches.at(qsizetype(choice / 4 % quint32(m_model.matches.size()))) : personFor(choice);
         const bool isCrowded = m_model.requests.size() > 4;
         switch (isCrowded && step.kind != Kind::Restart ? Kind::Answer : step.kind) {
         case Kind::TypeAddress:
