@@ -91,15 +91,16 @@ bool Workers::start(std::function<void()> work)
             return false;
         ++m_unfinished;
     }
-    handedOver();
-    m_pool.start([this, job = std::move(work)]() mutable {
+    std::function<void()> task = [this, job = std::move(work)]() mutable {
         takenOver();
         job();
         job = nullptr;
         const std::lock_guard lock(m_mutex);
         --m_unfinished;
         m_areIdle.notify_all();
-    });
+    };
+    handedOver();
+    m_pool.start(std::move(task));
     return true;
 }
 
