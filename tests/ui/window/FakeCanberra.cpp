@@ -1,6 +1,6 @@
-// Stands in for the sound library with a sound server that is hard to reach: a call notes FAKE_CANBERRA_ASKED in the
-// environment and takes until FAKE_CANBERRA_MAY_PLAY is set there, then notes which event it has played. Where
-// FAKE_CANBERRA_FAILS is set it finds nothing to play it with.
+// Stands in for the sound library with a sound server that is hard to reach: a call counts up FAKE_CANBERRA_ASKED in
+// the environment and takes until FAKE_CANBERRA_MAY_PLAY is set there, then notes which event it has played. Where
+// FAKE_CANBERRA_FAILS is set it finds nothing to play it with. FAKE_CANBERRA_CLOSED tells that it is done with.
 #include <QByteArray>
 #include <canberra.h>
 #include <chrono>
@@ -22,12 +22,13 @@ int ca_context_create(ca_context **context)
 
 int ca_context_destroy(ca_context *)
 {
+    qputenv("FAKE_CANBERRA_CLOSED", "1");
     return CA_SUCCESS;
 }
 
 int ca_context_play(ca_context *, uint32_t id, ...)
 {
-    qputenv("FAKE_CANBERRA_ASKED", "1");
+    qputenv("FAKE_CANBERRA_ASKED", QByteArray::number(qEnvironmentVariableIntValue("FAKE_CANBERRA_ASKED") + 1));
     while (!qEnvironmentVariableIsSet("FAKE_CANBERRA_MAY_PLAY"))
         std::this_thread::sleep_for(std::chrono::milliseconds(1));
     if (qEnvironmentVariableIsSet("FAKE_CANBERRA_FAILS"))
