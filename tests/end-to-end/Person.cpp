@@ -1,5 +1,7 @@
 #include "Person.h"
 
+#include "ui/MatchViews.h"
+
 #include <QApplication>
 #include <QDir>
 #include <QTest>
@@ -90,6 +92,7 @@ void Person::takePicture(const QString &name)
 {
     if (m_pictures.isEmpty())
         return;
+    QTRY_VERIFY(allPhotosAreThere(m_window));
     const QString file = QStringLiteral("%1/%2-%3.png").arg(m_pictures).arg(++m_pictureCount, 2, 10, QLatin1Char('0'));
     QVERIFY(m_window.grab().save(file.arg(name)));
 }

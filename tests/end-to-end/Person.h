@@ -28,7 +28,7 @@ public:
     void click(const QString &button) const { click(find(QAccessible::Button, button)); }
     /// Clicks into a field and types over what it holds.
     void type(const QString &field, const QString &text) const;
-    /// Keeps a picture of the window.
+    /// Keeps a picture of the window, with the photos on it.
     void takePicture(const QString &name);
 
 private:

@@ -1,12 +1,11 @@
 #include "gallery/SceneWindow.h"
 
-#include "ui/profile/PhotoFrame.h"
+#include "ui/MatchViews.h"
 #include "ui/window/ViewEnvironment.h"
 
 #include <QCursor>
 #include <QSettings>
 #include <QTest>
-#include <algorithm>
 
 namespace ambrel {
 
@@ -32,13 +31,6 @@ void makeNew(AmbrelAppState &state)
     state.statusText = QStringLiteral("Ready.");
     state.serverStatusText = QStringLiteral("Server not checked.");
     state.betaStatusText = QStringLiteral("Android beta not checked.");
-}
-
-bool isWaiting(const QWidget &window)
-{
-    const auto photos = window.findChildren<PhotoFrame *>();
-    return std::any_of(photos.begin(), photos.end(),
-                       [](const PhotoFrame *photo) { return photo->isVisible() && photo->isWaiting(); });
 }
 
 } // namespace
@@ -78,7 +70,7 @@ void SceneWindow::settle() const
 {
     QCoreApplication::processEvents();
     m_window->grab(); // lays everything out and orders the photos
-    if (!QTest::qWaitFor([this] { return !isWaiting(*m_window); }, 20'000))
+    if (!QTest::qWaitFor([this] { return allPhotosAreThere(*m_window); }, 20'000))
         qFatal("a photo does not come");
     QCoreApplication::processEvents();
     if (m_scene.isMoment && !QTest::qWaitFor([this] { return m_scene.isMoment(*m_window); }))

@@ -37,11 +37,12 @@ inline QStringList visibleTexts(const QWidget &view)
     return texts;
 }
 
-/// True once no frame of `view` waits for a photo any more.
+/// True once no frame that can be seen in `view` waits for a photo any more.
 inline bool allPhotosAreThere(const QWidget &view)
 {
     const auto frames = view.findChildren<PhotoFrame *>();
-    return std::none_of(frames.begin(), frames.end(), [](const PhotoFrame *frame) { return frame->isWaiting(); });
+    return std::none_of(frames.begin(), frames.end(),
+                        [](const PhotoFrame *frame) { return frame->isVisible() && frame->isWaiting(); });
 }
 
 } // namespace ambrel
