@@ -2,32 +2,31 @@
 
 #include <QAccessibleWidget>
 #include <QVariant>
+#include <utility>
 
 namespace ambrel {
 
 namespace {
 
-constexpr char roleProperty[] = "ambrelAccessibleRole";
+constexpr char factoryProperty[] = "ambrelAccessibleFactory";
 
-QAccessibleInterface *createForRole(const QString &, QObject *object)
+QAccessibleInterface *create(const QString &, QObject *object)
 {
-    const QVariant role = object->property(roleProperty);
-    if (!role.isValid())
-        return nullptr; // the toolkit's own interface serves
-    return new QAccessibleWidget(qobject_cast<QWidget *>(object),
-                                 QAccessible::Role(role.toInt())); // owned by QAccessible
+    const auto make = object->property(factoryProperty).value<AccessibleFactory>();
+    return make ? make(static_cast<QWidget &>(*object)) : nullptr; // then the toolkit's own interface serves
 }
 
 } // namespace
 
+void setAccessibleFactory(QWidget &widget, AccessibleFactory make)
+{
+    QAccessible::installFactory(create); // once, however often it is called
+    widget.setProperty(factoryProperty, QVariant::fromValue(std::move(make)));
+}
+
 void setAccessibleRole(QWidget &widget, QAccessible::Role role)
 {
-    static const bool isInstalled = [] {
-        QAccessible::installFactory(createForRole);
-        return true;
-    }();
-    Q_UNUSED(isInstalled)
-    widget.setProperty(roleProperty, int(role));
+    setAccessibleFactory(widget, [role](QWidget &target) { return new QAccessibleWidget(&target, role); });
 }
 
 } // namespace ambrel

@@ -2,11 +2,18 @@
 
 #include <QAccessible>
 #include <QWidget>
+#include <functional>
 
 namespace ambrel {
 
-/// Tells assistive technology what a plain or painted widget is. Its name is its `accessibleName`. Call it first: a
-/// name or a description may already announce the widget. Main thread.
+/// Makes what assistive technology meets instead of a widget; QAccessible then owns it.
+using AccessibleFactory = std::function<QAccessibleInterface *(QWidget &)>;
+
+/// Lets assistive technology meet `widget` as what `make` makes of it. Call it first: a name or a description may
+/// already announce the widget. Main thread.
+void setAccessibleFactory(QWidget &widget, AccessibleFactory make);
+
+/// Tells assistive technology what a plain or painted widget is. Its name is its `accessibleName`. Call it first, too.
 void setAccessibleRole(QWidget &widget, QAccessible::Role role);
 
 } // namespace ambrel

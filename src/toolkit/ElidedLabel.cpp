@@ -1,8 +1,23 @@
 #include "toolkit/ElidedLabel.h"
 
+#include <QHelpEvent>
+#include <QToolTip>
 #include <algorithm>
 
 namespace ambrel {
+
+namespace {
+
+/// As much of a plain text as a tooltip has room for. It is marked up, because a tooltip takes some texts for markup.
+QString toolTipFor(const QString &text)
+{
+    constexpr int maxWidth = 360;
+    constexpr int maxLines = 12;
+    const QString lines = TextLines::elided(text, QToolTip::font(), maxWidth, maxLines).shownLines().join(u'\n');
+    return QStringLiteral("<p style=\"white-space: pre\">") + lines.toHtmlEscaped() + QStringLiteral("</p>");
+}
+
+} // namespace
 
 ElidedLabel::ElidedLabel(const QString &text, QWidget *parent) : TextLabel(text, parent)
 {
@@ -18,6 +33,14 @@ void ElidedLabel::setMaximumLines(int lines)
     policy.setHeightForWidth(m_maximumLines > 1);
     setSizePolicy(policy);
     relayOut();
+}
+
+bool ElidedLabel::event(QEvent *event)
+{
+    if (event->type() != QEvent::ToolTip || !isCut())
+        return TextLabel::event(event);
+    QToolTip::showText(static_cast<QHelpEvent *>(event)->globalPos(), toolTipFor(text()), this);
+    return true;
 }
 
 TextLines ElidedLabel::breakLines(int width) const

@@ -4,8 +4,9 @@
 
 namespace ambrel {
 
-/// A label of at most so many lines whose text ends in "…" where it does not fit. Can become almost as narrow as a
-/// letter. On one line, line breaks show as blanks; on several they are kept. Main thread only.
+/// A label of at most so many lines whose text ends in "…" where it does not fit; a tooltip then shows more of it. Can
+/// become almost as narrow as a letter. On one line, line breaks show as blanks; on several they are kept. Main thread
+/// only.
 class ElidedLabel : public TextLabel
 {
     Q_OBJECT
@@ -17,6 +18,7 @@ public:
     void setMaximumLines(int lines);
 
 protected:
+    bool event(QEvent *event) override;
     TextLines breakLines(int width) const override;
 
 private:

@@ -1,5 +1,7 @@
 #include "toolkit/TextLabel.h"
 
+#include "toolkit/AccessibleRole.h"
+
 #include <QAccessibleWidget>
 #include <QEvent>
 #include <QFontMetrics>
@@ -18,7 +20,7 @@ constexpr int widestHintLetters = 80;
 class AccessibleLabel : public QAccessibleWidget
 {
 public:
-    explicit AccessibleLabel(TextLabel *label) : QAccessibleWidget(label, QAccessible::StaticText) {}
+    explicit AccessibleLabel(QWidget &label) : QAccessibleWidget(&label, QAccessible::StaticText) {}
 
     QString text(QAccessible::Text kind) const override
     {
@@ -28,21 +30,11 @@ public:
     }
 };
 
-QAccessibleInterface *makeAccessible(const QString &, QObject *object)
-{
-    auto *const label = qobject_cast<TextLabel *>(object);
-    return label ? new AccessibleLabel(label) : nullptr; // owned by Qt's cache of interfaces
-}
-
 } // namespace
 
 TextLabel::TextLabel(QString text, QWidget *parent) : QWidget(parent), m_text(std::move(text))
 {
-    static const bool isKnown = [] {
-        QAccessible::installFactory(makeAccessible);
-        return true;
-    }();
-    Q_UNUSED(isKnown)
+    setAccessibleFactory(*this, [](QWidget &label) { return new AccessibleLabel(label); });
 }
 
 void TextLabel::setText(const QString &text)
@@ -89,6 +81,12 @@ int TextLabel::heightForWidth(int width) const
 {
     const QMargins margins = contentsMargins();
     return linesAt(width - margins.left() - margins.right()).height() + margins.top() + margins.bottom();
+}
+
+bool TextLabel::isCut() const
+{
+    const QString shown = linesAt(contentsRect().width()).shownText();
+    return shown.endsWith(u'\u2026') && !m_text.startsWith(shown);
 }
 
 void TextLabel::relayOut()

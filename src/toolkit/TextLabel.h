@@ -33,6 +33,8 @@ protected:
 
     /// The text broken for `width` pixels.
     virtual TextLines breakLines(int width) const = 0;
+    /// Whether less than the whole text is shown.
+    bool isCut() const;
     /// Forgets what was measured, after anything but the text has changed.
     void relayOut();
 

@@ -134,6 +134,14 @@ int TextLines::width() const
     return int(std::ceil(widest));
 }
 
+QStringList TextLines::shownLines() const
+{
+    QStringList lines;
+    for (const Line &line : m_lines)
+        lines += m_text.mid(line.start, line.length);
+    return lines;
+}
+
 void TextLines::breakAll(qreal width, int maximumLines)
 {
     for (qsizetype start = 0; start <= m_text.size() && lineCount() < maximumLines;) {

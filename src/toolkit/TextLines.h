@@ -2,7 +2,7 @@
 
 #include <QFont>
 #include <QRect>
-#include <QString>
+#include <QStringList>
 #include <memory>
 #include <vector>
 
@@ -34,6 +34,8 @@ public:
     int width() const;
     /// The text as it is drawn, without the line breaks that wrapping adds.
     QString shownText() const { return m_text; }
+    /// The same, line by line.
+    QStringList shownLines() const;
     int lineCount() const { return int(m_lines.size()); }
     /// How many letters were laid out to find the lines: the work done.
     qsizetype laidOutLetters() const { return m_laidOutLetters; }

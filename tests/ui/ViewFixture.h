@@ -5,7 +5,9 @@
 #include "ui/window/ViewEnvironment.h"
 
 #include <QAbstractButton>
+#include <QAbstractEventDispatcher>
 #include <QPointer>
+#include <QThread>
 #include <QVBoxLayout>
 
 namespace ambrel {
@@ -15,10 +17,10 @@ template <typename View>
 class ViewFixture
 {
 public:
-    explicit ViewFixture(const QSize &size, const QVariantMap &stored = {}, const LiveTimings &timings = {})
-        : m_state(withHarmlessServer(stored), timings)
+    explicit ViewFixture(const QSize &size, const QVariantMap &stored = {}, const ViewTimings &timings = keysAtOnce())
+        : m_state(withHarmlessServer(stored))
     {
-        ViewEnvironment::inject(window, m_state.state);
+        ViewEnvironment::inject(window, m_state.state, timings);
         auto *const layout = new QVBoxLayout(&window);
         layout->setContentsMargins(0, 0, 0, 0);
         view = new View(&window);
@@ -38,8 +40,12 @@ public:
     Q_DISABLE_COPY_MOVE(ViewFixture)
 
     AmbrelAppState &state() { return *m_state.state; }
-    /// Lets the views see what has changed.
-    void refresh() { QCoreApplication::processEvents(); }
+    /// Lets the views see what has changed, and all happen that is due then.
+    void refresh()
+    {
+        while (QThread::currentThread()->eventDispatcher()->processEvents(QEventLoop::AllEvents)) {
+        }
+    }
 
     /// The child that a screen reader knows by this name.
     template <typename Widget>
@@ -62,6 +68,13 @@ public:
     }
 
 private:
+    /// Layers take keys as soon as they are there.
+    static ViewTimings keysAtOnce()
+    {
+        ViewTimings timings;
+        timings.keyQuiet = std::chrono::milliseconds(0);
+        return timings;
+    }
     static QVariantMap withHarmlessServer(QVariantMap stored)
     {
         stored.insert(QStringLiteral("serverBaseURL"), QStringLiteral("http://127.0.0.1:9"));

@@ -1,8 +1,9 @@
 #include "ui/layers/SeeMeAlert.h"
 
+#include "toolkit/AccessibleRole.h"
 #include "toolkit/ClearScrollArea.h"
 #include "toolkit/WrappedLabel.h"
-#include "ui/look/AmbrelPrimaryButton.h"
+#include "ui/look/AmbrelButton.h"
 #include "ui/look/Painting.h"
 #include "ui/look/TextStyling.h"
 
@@ -27,7 +28,7 @@ QString title()
 class AccessibleSeeMeAlert : public QAccessibleWidget
 {
 public:
-    explicit AccessibleSeeMeAlert(SeeMeAlert *alert) : QAccessibleWidget(alert, QAccessible::Dialog) {}
+    explicit AccessibleSeeMeAlert(QWidget &alert) : QAccessibleWidget(&alert, QAccessible::Dialog) {}
 
     QAccessible::State state() const override
     {
@@ -37,24 +38,12 @@ public:
     }
 };
 
-void installAccessibleInterface()
-{
-    static const bool isInstalled = [] {
-        QAccessible::installFactory([](const QString &, QObject *object) -> QAccessibleInterface * {
-            auto *const alert = qobject_cast<SeeMeAlert *>(object);
-            return alert ? new AccessibleSeeMeAlert(alert) : nullptr; // owned by QAccessible
-        });
-        return true;
-    }();
-    Q_UNUSED(isInstalled)
-}
-
 } // namespace
 
 SeeMeAlert::SeeMeAlert(const QString &message, std::function<void()> onDismiss, QWidget *parent)
     : CoveringLayer(parent), m_onDismiss(std::move(onDismiss)), m_sheet(new QWidget(this))
 {
-    installAccessibleInterface();
+    setAccessibleFactory(*this, [](QWidget &alert) { return new AccessibleSeeMeAlert(alert); });
     setAccessibleName(title());
 
     m_heading = new QLabel(title(), m_sheet);
@@ -112,7 +101,7 @@ void SeeMeAlert::keyPressEvent(QKeyEvent *event)
     case Qt::Key_Escape:
     case Qt::Key_Return:
     case Qt::Key_Enter:
-        if (!event->isAutoRepeat()) // a key that is held has been meant for what is beneath
+        if (!event->isAutoRepeat()) // a key that is held was meant for what is beneath
             m_onDismiss();
         break;
     case Qt::Key_PageUp:

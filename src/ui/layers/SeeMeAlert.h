@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ui/layers/CoveringLayer.h"
+#include "toolkit/CoveringLayer.h"
 
 #include <functional>
 #include <optional>

@@ -1,6 +1,5 @@
 #include "ui/layers/SeeMeFlashOverlay.h"
 
-#include "tasks/Sleep.h"
 #include "toolkit/AccessibleRole.h"
 #include "toolkit/ReducedMotion.h"
 #include "ui/look/AmbrelLogo.h"
@@ -9,33 +8,16 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QPainter>
-#include <QPointer>
 #include <QVBoxLayout>
 
 namespace ambrel {
 
-namespace {
-
-/// Calls `flip` at every interval for as long as the overlay is there.
-template <typename Flip>
-QCoro::Task<> flash(QPointer<SeeMeFlashOverlay> overlay, Flip flip, std::stop_token stop)
-{
-    while (!stop.stop_requested()) {
-        co_await sleepFor(theme::flashFlipInterval, stop);
-        if (overlay && !stop.stop_requested())
-            flip();
-    }
-}
-
-} // namespace
-
-SeeMeFlashOverlay::SeeMeFlashOverlay(std::function<void()> onDismiss, QWidget *parent)
-    : CoveringLayer(parent), m_onDismiss(std::move(onDismiss)),
+SeeMeFlashOverlay::SeeMeFlashOverlay(std::function<void()> onDismiss, const ViewTimings &timings, QWidget *parent)
+    : CoveringLayer(parent), m_onDismiss(std::move(onDismiss)), m_timings(timings),
       m_logo(new AmbrelLogo(theme::flashLogoSize, false, this)), m_title(new QLabel(QStringLiteral("SEE ME"), this))
 {
     setAccessibleRole(*this, QAccessible::Pane);
     setAccessibleName(QStringLiteral("See Me flash"));
-    setAttribute(Qt::WA_OpaquePaintEvent, false);
     setFocusPolicy(Qt::StrongFocus);
     m_title->setAttribute(Qt::WA_TransparentForMouseEvents);
 
@@ -49,20 +31,14 @@ SeeMeFlashOverlay::SeeMeFlashOverlay(std::function<void()> onDismiss, QWidget *p
     showColoring();
     show();
     fade(0, 1);
-    m_flashing.emplace([this](std::stop_token stop) {
-        return flash(
-            QPointer(this), [this] { flip(); }, std::move(stop));
-    });
-}
-
-SeeMeFlashOverlay::~SeeMeFlashOverlay()
-{
-    m_flashing->cancel();
+    m_flips.setTimerType(Qt::PreciseTimer);
+    connect(&m_flips, &QTimer::timeout, this, &SeeMeFlashOverlay::flip);
+    m_flips.start(m_timings.flashFlip);
 }
 
 void SeeMeFlashOverlay::remove()
 {
-    m_flashing->cancel();
+    m_flips.stop();
     setAttribute(Qt::WA_TransparentForMouseEvents);
     setFocusPolicy(Qt::NoFocus);
     fade(1, 0);
@@ -108,7 +84,7 @@ void SeeMeFlashOverlay::fade(qreal from, qreal to)
     m_title->hide();
     m_fade.setStartValue(current);
     m_fade.setEndValue(to);
-    m_fade.setDuration(int(theme::flashFadeDuration.count()));
+    m_fade.setDuration(int(m_timings.flashFade.count()));
     connect(&m_fade, &QVariantAnimation::valueChanged, this, qOverload<>(&QWidget::update));
     connect(&m_fade, &QVariantAnimation::finished, this, finish);
     m_fade.start();
@@ -121,7 +97,7 @@ void SeeMeFlashOverlay::keyPressEvent(QKeyEvent *event)
     case Qt::Key_Space:
     case Qt::Key_Return:
     case Qt::Key_Enter:
-        if (!event->isAutoRepeat()) // a key that is held has sent the message
+        if (!event->isAutoRepeat()) // the key that sent the message may still be held
             m_onDismiss();
         break;
     default:

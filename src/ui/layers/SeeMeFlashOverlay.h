@@ -1,12 +1,12 @@
 #pragma once
 
-#include "tasks/BackgroundTask.h"
-#include "ui/layers/CoveringLayer.h"
+#include "toolkit/CoveringLayer.h"
+#include "ui/window/ViewTimings.h"
 
 #include <QPixmap>
+#include <QTimer>
 #include <QVariantAnimation>
 #include <functional>
-#include <optional>
 
 class QLabel;
 
@@ -21,8 +21,7 @@ class SeeMeFlashOverlay : public CoveringLayer
 
 public:
     /// Shown at once, white, over all of `parent`. `onDismiss` is called for a click and for Escape, Space or Enter.
-    SeeMeFlashOverlay(std::function<void()> onDismiss, QWidget *parent);
-    ~SeeMeFlashOverlay() override;
+    SeeMeFlashOverlay(std::function<void()> onDismiss, const ViewTimings &timings, QWidget *parent);
 
     void takeFocus() override { setFocus(Qt::PopupFocusReason); }
     /// Stops flashing, fades out and deletes itself.
@@ -39,12 +38,13 @@ private:
     void fade(qreal from, qreal to);
 
     const std::function<void()> m_onDismiss;
+    const ViewTimings m_timings;
     AmbrelLogo *const m_logo;
     QLabel *const m_title;
     bool m_alternate = false;
     QVariantAnimation m_fade{this};
     QPixmap m_picture; ///< what is seen while it fades; null when it does not
-    std::optional<BackgroundTask> m_flashing;
+    QTimer m_flips;
 };
 
 } // namespace ambrel

@@ -19,6 +19,20 @@ AmbrelButton::AmbrelButton(const QString &label, const Colors &colors, QWidget *
     setAutoDefault(false);
 }
 
+AmbrelPrimaryButton::AmbrelPrimaryButton(const QString &label, QWidget *parent)
+    : AmbrelButton(
+          label, {theme::primaryButton, theme::primaryButtonPressed, theme::primaryButtonLabel, theme::focusRingOnRed},
+          parent)
+{
+}
+
+AmbrelSecondaryButton::AmbrelSecondaryButton(const QString &label, QWidget *parent)
+    : AmbrelButton(
+          label, {theme::secondaryButton, theme::secondaryButtonPressed, theme::secondaryButtonLabel, theme::focusRing},
+          parent)
+{
+}
+
 QSize AmbrelButton::sizeHint() const
 {
     // The same width for every label, so that buttons in a row share it equally.
@@ -35,7 +49,7 @@ void AmbrelButton::keyPressEvent(QKeyEvent *event)
 {
     const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
     if (event->isAutoRepeat() && (isEnter || event->key() == Qt::Key_Space))
-        return; // a key that is held is for nobody else either
+        return; // and nothing around the button gets it
     if (isEnter)
         click();
     else

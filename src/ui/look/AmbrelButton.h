@@ -6,7 +6,7 @@
 namespace ambrel {
 
 /// What the primary and the secondary button have in common: the full width on offer, a label that shrinks before it
-/// is cut, Enter as well as Space, a ring for the keyboard's focus, and the same look whether enabled or not.
+/// is cut, Enter as well as Space, a focus ring for the keyboard, and the same look whether enabled or not.
 class AmbrelButton : public QPushButton
 {
     Q_OBJECT
@@ -35,6 +35,24 @@ private:
 
     const Colors m_colors;
     bool m_showsFocusRing = true;
+};
+
+/// The red button of the main action in its row.
+class AmbrelPrimaryButton : public AmbrelButton
+{
+    Q_OBJECT
+
+public:
+    explicit AmbrelPrimaryButton(const QString &label, QWidget *parent = nullptr);
+};
+
+/// The pale button of every other action.
+class AmbrelSecondaryButton : public AmbrelButton
+{
+    Q_OBJECT
+
+public:
+    explicit AmbrelSecondaryButton(const QString &label, QWidget *parent = nullptr);
 };
 
 } // namespace ambrel

@@ -1,9 +1,8 @@
 #include "ui/look/AmbrelLogo.h"
 
 #include "toolkit/AccessibleRole.h"
-#include "ui/look/HeartPinShape.h"
 #include "ui/look/Painting.h"
-#include "ui/look/PinCutoutShape.h"
+#include "ui/look/PinShapes.h"
 #include "ui/look/Theme.h"
 
 namespace ambrel {

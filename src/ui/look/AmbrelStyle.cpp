@@ -6,13 +6,15 @@
 
 #include <QApplication>
 #include <QFontMetrics>
-#include <QStyleOption>
+#include <QPainterPath>
+#include <QToolTip>
+#include <algorithm>
 
 namespace ambrel {
 
 namespace {
 
-/// A white field whose border answers to the pointer and whose ring shows the focus.
+/// A white field with a border that darkens under the pointer, and a ring instead of it for the focus.
 void paintField(QPainter &painter, const QStyleOption &option, const QColor &restingBorder)
 {
     const bool isEnabled = option.state & QStyle::State_Enabled;
@@ -43,51 +45,28 @@ void paintGroupBox(QPainter &painter, const QStyleOptionGroupBox &box)
     painter.restore();
 }
 
-QRect scrollBarHandle(const QStyleOptionSlider &bar)
+void paintPopup(QPainter &painter, const QRectF &rect)
 {
-    const bool isHorizontal = bar.orientation == Qt::Horizontal;
-    const int track = isHorizontal ? bar.rect.width() : bar.rect.height();
-    const qint64 range = qint64(bar.maximum) - bar.minimum;
-    if (range <= 0)
-        return bar.rect;
-    const qint64 share = track * qint64(bar.pageStep) / (range + bar.pageStep);
-    const int length = int(std::clamp(share, qint64(theme::scrollBarHandleMinimum), qint64(track)));
-    const int start =
-        QStyle::sliderPositionFromValue(bar.minimum, bar.maximum, bar.sliderPosition, track - length, bar.upsideDown);
-    return isHorizontal ? QRect(bar.rect.x() + start, bar.rect.y(), length, bar.rect.height())
-                        : QRect(bar.rect.x(), bar.rect.y() + start, bar.rect.width(), length);
+    fillRounded(painter, rect, theme::popupFill);
+    strokeRounded(painter, rect, theme::popupBorder);
 }
 
-QRect scrollBarPart(const QStyleOptionSlider &bar, QStyle::SubControl part)
-{
-    const QRect handle = scrollBarHandle(bar);
-    const QRect &rect = bar.rect;
-    const bool isFlat = bar.orientation == Qt::Horizontal;
-    switch (part) {
-    case QStyle::SC_ScrollBarSlider:
-        return handle;
-    case QStyle::SC_ScrollBarGroove:
-        return rect;
-    case QStyle::SC_ScrollBarSubPage:
-        return isFlat ? rect.adjusted(0, 0, handle.left() - 1 - rect.right(), 0)
-                      : rect.adjusted(0, 0, 0, handle.top() - 1 - rect.bottom());
-    case QStyle::SC_ScrollBarAddPage:
-        return isFlat ? rect.adjusted(handle.right() + 1 - rect.left(), 0, 0, 0)
-                      : rect.adjusted(0, handle.bottom() + 1 - rect.top(), 0, 0);
-    default:
-        return {}; // no arrow buttons
-    }
-}
-
-void paintScrollBar(QPainter &painter, const QStyleOptionSlider &bar)
+void paintScrollBar(QPainter &painter, const QStyleOptionSlider &bar, const QRect &slider)
 {
     if (bar.maximum <= bar.minimum)
         return;
     constexpr int inset = 2;
-    const QRect handle = scrollBarHandle(bar).adjusted(inset, inset, -inset, -inset);
+    const QRect handle = slider.adjusted(inset, inset, -inset, -inset);
     const bool isActive = bar.state & (QStyle::State_MouseOver | QStyle::State_Sunken);
     fillRounded(painter, handle, isActive ? theme::scrollBarHandleHovered : theme::scrollBarHandle,
                 std::min(handle.width(), handle.height()) / 2.0);
+}
+
+QRegion popupShape(const QRect &rect)
+{
+    QPainterPath path;
+    path.addRoundedRect(rect, theme::cornerRadius, theme::cornerRadius);
+    return QRegion(path.toFillPolygon().toPolygon());
 }
 
 } // namespace
@@ -99,6 +78,9 @@ void AmbrelStyle::install()
     QApplication::setFont(theme::font(theme::TextStyle::Body));
     QApplication::setStyle(new AmbrelStyle); // owned by the application
     QApplication::setPalette(theme::palette());
+    QApplication::setPalette(theme::menuPalette(), "QMenu");
+    QApplication::setFont(theme::font(theme::TextStyle::Body), "QMenu");
+    QToolTip::setFont(theme::font(theme::TextStyle::Caption));
 }
 
 void AmbrelStyle::drawPrimitive(PrimitiveElement element, const QStyleOption *option, QPainter *painter,
@@ -111,12 +93,35 @@ void AmbrelStyle::drawPrimitive(PrimitiveElement element, const QStyleOption *op
     case PE_Frame:
         paintField(*painter, *option, theme::editorOutline);
         return;
+    case PE_PanelMenu:
+    case PE_PanelTipLabel:
+        paintPopup(*painter, option->rect);
+        return;
+    case PE_FrameMenu: // drawn with the panel
+        return;
     case PE_FrameFocusRect:
         strokeRounded(*painter, option->rect, theme::focusRing, theme::focusRingWidth, theme::fieldRadius);
         return;
     default:
         QProxyStyle::drawPrimitive(element, option, painter, widget);
     }
+}
+
+void AmbrelStyle::drawControl(ControlElement element, const QStyleOption *option, QPainter *painter,
+                              const QWidget *widget) const
+{
+    const auto *const item = qstyleoption_cast<const QStyleOptionMenuItem *>(option);
+    if (element != CE_MenuItem || !item) {
+        QProxyStyle::drawControl(element, option, painter, widget);
+        return;
+    }
+    const bool isSelected = (item->state & State_Selected) && (item->state & State_Enabled);
+    if (isSelected)
+        fillRounded(*painter, item->rect, theme::controlAccent, theme::fieldRadius);
+    QStyleOptionMenuItem plain = *item; // the rest without a highlight of its own
+    plain.state.setFlag(State_Selected, isSelected);
+    plain.palette.setColor(QPalette::Highlight, Qt::transparent);
+    QProxyStyle::drawControl(element, &plain, painter, widget);
 }
 
 void AmbrelStyle::drawComplexControl(ComplexControl control, const QStyleOptionComplex *option, QPainter *painter,
@@ -126,7 +131,7 @@ void AmbrelStyle::drawComplexControl(ComplexControl control, const QStyleOptionC
         paintGroupBox(*painter, *box);
     else if (const auto *const bar = qstyleoption_cast<const QStyleOptionSlider *>(option);
              control == CC_ScrollBar && bar)
-        paintScrollBar(*painter, *bar);
+        paintScrollBar(*painter, *bar, subControlRect(control, option, SC_ScrollBarSlider, widget));
     else
         QProxyStyle::drawComplexControl(control, option, painter, widget);
 }
@@ -142,8 +147,21 @@ QRect AmbrelStyle::subControlRect(ComplexControl control, const QStyleOptionComp
         return part == SC_GroupBoxFrame ? frame : option->rect.adjusted(0, 0, 0, -frame.height());
     }
     if (const auto *const bar = qstyleoption_cast<const QStyleOptionSlider *>(option); control == CC_ScrollBar && bar)
-        return scrollBarPart(*bar, part);
+        return scrollBarPart(*bar, part, widget);
     return QProxyStyle::subControlRect(control, option, part, widget);
+}
+
+/// The bar has no arrow buttons: it is laid out as if they stood beyond its ends.
+QRect AmbrelStyle::scrollBarPart(const QStyleOptionSlider &bar, SubControl part, const QWidget *widget) const
+{
+    if (part != SC_ScrollBarSlider && part != SC_ScrollBarGroove && part != SC_ScrollBarSubPage &&
+        part != SC_ScrollBarAddPage)
+        return {};
+    const bool isHorizontal = bar.orientation == Qt::Horizontal;
+    const QPoint button(isHorizontal ? theme::scrollBarThickness : 0, isHorizontal ? 0 : theme::scrollBarThickness);
+    QStyleOptionSlider longer = bar;
+    longer.rect = QRect(QPoint(), bar.rect.size() + 2 * QSize(button.x(), button.y()));
+    return QProxyStyle::subControlRect(CC_ScrollBar, &longer, part, widget).translated(bar.rect.topLeft() - button);
 }
 
 QRect AmbrelStyle::subElementRect(SubElement element, const QStyleOption *option, const QWidget *widget) const
@@ -160,6 +178,8 @@ QSize AmbrelStyle::sizeFromContents(ContentsType type, const QStyleOption *optio
 {
     if (type == CT_LineEdit)
         return {contents.width() + 2 * theme::fieldTextMargin, theme::fieldHeight};
+    if (type == CT_MenuItem)
+        return QProxyStyle::sizeFromContents(type, option, contents, widget) + theme::menuItemPadding;
     if (type == CT_GroupBox)
         return contents; // the contents margins already hold title and padding
     return QProxyStyle::sizeFromContents(type, option, contents, widget);
@@ -170,6 +190,14 @@ int AmbrelStyle::pixelMetric(PixelMetric metric, const QStyleOption *option, con
     switch (metric) {
     case PM_ScrollBarExtent:
         return theme::scrollBarThickness;
+    case PM_ScrollBarSliderMin:
+        return theme::scrollBarHandleMinimum;
+    case PM_MenuPanelWidth:
+    case PM_MenuHMargin:
+    case PM_MenuVMargin:
+        return theme::menuPadding;
+    case PM_ToolTipLabelFrameWidth:
+        return theme::toolTipPadding;
     case PM_ScrollView_ScrollBarSpacing:
         return 0;
     default:
@@ -180,9 +208,17 @@ int AmbrelStyle::pixelMetric(PixelMetric metric, const QStyleOption *option, con
 int AmbrelStyle::styleHint(StyleHint hint, const QStyleOption *option, const QWidget *widget,
                            QStyleHintReturn *result) const
 {
-    if (hint == SH_ScrollBar_Transient)
+    switch (hint) {
+    case SH_ScrollBar_Transient:
         return 0; // indicators stay visible
-    return QProxyStyle::styleHint(hint, option, widget, result);
+    case SH_Menu_Mask:
+    case SH_ToolTip_Mask:
+        if (auto *const mask = qstyleoption_cast<QStyleHintReturnMask *>(result))
+            mask->region = popupShape(option->rect);
+        return 1;
+    default:
+        return QProxyStyle::styleHint(hint, option, widget, result);
+    }
 }
 
 QPalette AmbrelStyle::standardPalette() const

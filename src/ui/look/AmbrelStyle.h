@@ -1,11 +1,12 @@
 #pragma once
 
 #include <QProxyStyle>
+#include <QStyleOption>
 
 namespace ambrel {
 
-/// The look of the stock controls: rounded fields, titled boxes, slim scroll bars, one focus ring. Light whatever the
-/// desktop's colours are.
+/// The look of the stock controls: rounded fields, menus and tooltips, titled boxes, slim scroll bars, one focus
+/// ring. Light whatever the desktop's colours are.
 class AmbrelStyle : public QProxyStyle
 {
     Q_OBJECT
@@ -18,6 +19,8 @@ public:
 
     void drawPrimitive(PrimitiveElement element, const QStyleOption *option, QPainter *painter,
                        const QWidget *widget = nullptr) const override;
+    void drawControl(ControlElement element, const QStyleOption *option, QPainter *painter,
+                     const QWidget *widget = nullptr) const override;
     void drawComplexControl(ComplexControl control, const QStyleOptionComplex *option, QPainter *painter,
                             const QWidget *widget = nullptr) const override;
     QRect subControlRect(ComplexControl control, const QStyleOptionComplex *option, SubControl part,
@@ -31,6 +34,9 @@ public:
     int styleHint(StyleHint hint, const QStyleOption *option = nullptr, const QWidget *widget = nullptr,
                   QStyleHintReturn *result = nullptr) const override;
     QPalette standardPalette() const override;
+
+private:
+    QRect scrollBarPart(const QStyleOptionSlider &bar, SubControl part, const QWidget *widget) const;
 };
 
 } // namespace ambrel

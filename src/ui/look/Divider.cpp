@@ -3,22 +3,19 @@
 #include "toolkit/AccessibleRole.h"
 #include "ui/look/Theme.h"
 
-#include <QPainter>
-
 namespace ambrel {
 
 Divider::Divider(Qt::Orientation orientation, QWidget *parent) : QWidget(parent)
 {
     setAccessibleRole(*this, QAccessible::Separator);
+    setAutoFillBackground(true);
+    QPalette colors;
+    colors.setColor(QPalette::Window, theme::divider);
+    setPalette(colors);
     if (orientation == Qt::Vertical)
         setFixedWidth(theme::dividerThickness);
     else
         setFixedHeight(theme::dividerThickness);
-}
-
-void Divider::paintEvent(QPaintEvent *)
-{
-    QPainter(this).fillRect(rect(), theme::divider);
 }
 
 } // namespace ambrel

@@ -11,9 +11,6 @@ class Divider : public QWidget
 
 public:
     explicit Divider(Qt::Orientation orientation, QWidget *parent = nullptr);
-
-protected:
-    void paintEvent(QPaintEvent *event) override;
 };
 
 } // namespace ambrel

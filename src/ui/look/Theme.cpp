@@ -86,7 +86,7 @@ QPalette palette()
         {QPalette::LinkVisited, secondaryButtonLabel},
         {QPalette::Light, Qt::white},
         {QPalette::Midlight, ambrelCream},
-        {QPalette::Mid, QColor(214, 196, 184)},
+        {QPalette::Mid, popupBorder},
         {QPalette::Dark, QColor(176, 156, 145)},
         {QPalette::Shadow, QColor(96, 78, 70)},
     };
@@ -95,9 +95,19 @@ QPalette palette()
         for (const auto group : {QPalette::Active, QPalette::Inactive, QPalette::Disabled})
             palette.setColor(group, role, color);
     }
-    for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
-        palette.setColor(QPalette::Disabled, role, placeholderText);
+    for (const auto group : {QPalette::Inactive, QPalette::Disabled}) {
+        palette.setColor(group, QPalette::Highlight, quietSelection);
+        palette.setColor(group, QPalette::HighlightedText, primaryText);
+    }
     return palette;
+}
+
+QPalette menuPalette()
+{
+    QPalette colors = palette();
+    for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
+        colors.setColor(QPalette::Disabled, role, placeholderText);
+    return colors;
 }
 
 } // namespace ambrel::theme

@@ -4,9 +4,8 @@
 #include <QFont>
 #include <QPalette>
 #include <QSize>
-#include <chrono>
 
-/// Every colour, length, font and duration of the user interface. Lengths are device-independent pixels.
+/// Every colour, length and font of the user interface. Lengths are device-independent pixels.
 namespace ambrel::theme {
 
 // Brand colours
@@ -52,6 +51,9 @@ inline const QColor fieldBorderHovered = QColor::fromRgbF(0.0F, 0.0F, 0.0F, 0.36
 inline const QColor editorOutline = QColor::fromRgbF(0.0F, 0.0F, 0.0F, 0.15F);
 inline const QColor groupBoxFill = QColor::fromRgbF(0.72F, 0.38F, 0.24F, 0.09F);
 inline const QColor groupBoxBorder = QColor::fromRgbF(0.45F, 0.2F, 0.12F, 0.12F);
+inline const QColor quietSelection = QColor(236, 214, 200); ///< of text in a field without the focus
+inline const QColor popupFill = ambrelCream;                ///< of menus and tooltips
+inline const QColor popupBorder = QColor(214, 196, 184);
 inline const QColor divider = QColor::fromRgbF(0.55F, 0.36F, 0.29F, 0.35F);
 inline const QColor scrollBarHandle = QColor::fromRgbF(0.35F, 0.26F, 0.235F, 0.4F);
 inline const QColor scrollBarHandleHovered = QColor::fromRgbF(0.35F, 0.26F, 0.235F, 0.7F);
@@ -71,6 +73,7 @@ inline const QColor closeControlPressed = secondaryButtonLabel;
 
 inline const QColor pausedPill = QColor::fromRgbF(1.0F, 1.0F, 1.0F, 0.62F);
 inline const QColor livePill = ambrelRed;
+inline const QColor cardHovered = QColor::fromRgbF(1.0F, 1.0F, 1.0F, 0.8F);
 inline const QColor selectedCardOutline = ambrelRed;
 inline const QColor photoFrame = QColor::fromRgbF(0.0F, 0.0F, 0.0F, 0.08F);
 inline const QColor logoRing = QColor::fromRgbF(1.0F, 0.84F, 0.79F);
@@ -110,6 +113,9 @@ inline constexpr qreal focusRingInset = 2;
 inline constexpr int fieldHeight = 28;
 inline constexpr int fieldTextMargin = 7;
 inline constexpr qreal fieldRadius = 6;
+inline constexpr int menuPadding = 4;
+inline constexpr QSize menuItemPadding{12, 4};
+inline constexpr int toolTipPadding = 6;
 inline constexpr int scrollBarThickness = 10;
 inline constexpr int scrollBarHandleMinimum = 28;
 
@@ -120,7 +126,7 @@ inline constexpr int sidebarSpacing = 16;
 inline constexpr int sidebarHeaderSpacing = 12;
 inline constexpr int sidebarTitleSpacing = 2;
 inline constexpr int sidebarLogoSize = 52;
-inline constexpr int statusLineMaximumHeight = 120;
+inline constexpr int maxStatusLineHeight = 120;
 inline constexpr int formSpacing = 10;
 inline constexpr int formTopPadding = 4;
 inline constexpr int groupBoxPadding = 8;
@@ -136,14 +142,15 @@ inline constexpr int pillHorizontalPadding = 12;
 inline constexpr int pillVerticalPadding = 7;
 inline constexpr int meterLogoSize = 82;
 inline constexpr int meterSpacing = 10;
-inline constexpr int meterLines = 6; ///< of a very long name
+inline constexpr int maxMeterLines = 6; ///< of a very long name
 inline constexpr int cardListSpacing = 12;
 inline constexpr int cardListPadding = 2;
 inline constexpr int cardPadding = 12;
+inline constexpr qreal selectedCardOutlineWidth = 2;
 inline constexpr int cardSpacing = 10;
 inline constexpr int cardPhotoSpacing = 12;
 inline constexpr int cardTextSpacing = 4;
-inline constexpr int cardBioLines = 2;
+inline constexpr int maxCardBioLines = 2;
 inline constexpr QSize cardPhotoSize{86, 104};
 inline constexpr int cardPhotoSymbolSize = 44;
 
@@ -174,8 +181,6 @@ inline constexpr qreal logoShadowOffset = 7;
 
 inline constexpr int flashLogoSize = 160;
 inline constexpr int flashSpacing = 16;
-inline constexpr std::chrono::milliseconds flashFlipInterval{450};
-inline constexpr std::chrono::milliseconds flashFadeDuration{180};
 inline constexpr int alertWidth = 320;
 inline constexpr int alertPadding = 20;
 inline constexpr qreal alertRadius = 12;
@@ -200,7 +205,10 @@ enum class TextStyle {
 /// application object exists.
 QFont font(TextStyle style);
 
-/// The light palette of every control, complete in all roles and groups, whatever the desktop's colours are.
+/// The light palette of every control, complete in all roles and groups, whatever the desktop's colours are. What is
+/// disabled looks as it does otherwise.
 QPalette palette();
+/// The same with entries that can't be chosen greyed.
+QPalette menuPalette();
 
 } // namespace ambrel::theme

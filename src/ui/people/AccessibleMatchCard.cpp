@@ -4,37 +4,23 @@
 
 namespace ambrel {
 
-void AccessibleMatchCard::install()
+AccessibleMatchCard::AccessibleMatchCard(QWidget &card)
+    : QAccessibleWidget(&card, QAccessible::ListItem), m_card(static_cast<MatchCard &>(card))
 {
-    static const bool isInstalled = [] {
-        QAccessible::installFactory([](const QString &, QObject *object) -> QAccessibleInterface * {
-            auto *const card = qobject_cast<MatchCard *>(object);
-            return card ? new AccessibleMatchCard(card) : nullptr; // owned by QAccessible
-        });
-        return true;
-    }();
-    Q_UNUSED(isInstalled)
-}
-
-AccessibleMatchCard::AccessibleMatchCard(MatchCard *card) : QAccessibleWidget(card, QAccessible::ListItem) {}
-
-MatchCard *AccessibleMatchCard::card() const
-{
-    return static_cast<MatchCard *>(widget());
 }
 
 QAccessible::State AccessibleMatchCard::state() const
 {
     QAccessible::State state = QAccessibleWidget::state();
     state.selectable = true;
-    state.selected = card()->isSelected();
+    state.selected = m_card.isSelected();
     return state;
 }
 
 QStringList AccessibleMatchCard::actionNames() const
 {
     QStringList names = QAccessibleWidget::actionNames();
-    if (card()->isEnabled())
+    if (m_card.isEnabled())
         names.prepend(pressAction());
     return names;
 }
@@ -43,8 +29,8 @@ void AccessibleMatchCard::doAction(const QString &name)
 {
     if (name != pressAction())
         QAccessibleWidget::doAction(name);
-    else if (card()->isEnabled()) // nor does a button act that is not
-        card()->select();
+    else if (m_card.isEnabled()) // like a button
+        m_card.select();
 }
 
 } // namespace ambrel

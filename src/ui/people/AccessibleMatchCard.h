@@ -10,16 +10,14 @@ class MatchCard;
 class AccessibleMatchCard : public QAccessibleWidget
 {
 public:
-    /// Makes this the face of every match card. Main thread; call it before the first card has a name.
-    static void install();
+    explicit AccessibleMatchCard(QWidget &card);
 
     QAccessible::State state() const override;
     QStringList actionNames() const override;
     void doAction(const QString &name) override;
 
 private:
-    explicit AccessibleMatchCard(MatchCard *card);
-    MatchCard *card() const;
+    MatchCard &m_card;
 };
 
 } // namespace ambrel

@@ -1,6 +1,7 @@
 #include "ui/people/MainPanelView.h"
 
 #include "toolkit/AccessibleRole.h"
+#include "toolkit/AnnouncedLabel.h"
 #include "toolkit/BidiIsolation.h"
 #include "toolkit/ElidedLabel.h"
 #include "ui/look/TextStyling.h"
@@ -39,8 +40,11 @@ std::optional<MatchResult> warmestOf(const AmbrelAppState &state)
 MainPanelView::MainPanelView(QWidget *parent)
     : QWidget(parent), m_nearby(new QWidget(this)), m_title(new ElidedLabel({}, m_nearby)),
       m_subtitle(new ElidedLabel({}, m_nearby)), m_pill(new LivePill(false, m_nearby)),
-      m_meter(new WarmthMeter(m_nearby)), m_cards(new LazyColumn(*this, m_nearby)), m_profile(new ProfilePanel(this))
+      m_meter(new WarmthMeter(m_nearby)), m_cards(new LazyColumn(*this, m_nearby)), m_profile(new ProfilePanel(this)),
+      m_arrivals(new AnnouncedLabel(this))
 {
+    m_arrivals->setFixedSize(0, 0); // to be heard, not seen
+
     styleText(*m_title, theme::TextStyle::LargeTitle, theme::ambrelRed);
     styleText(*m_subtitle, theme::TextStyle::Body, theme::secondaryText);
     m_cards->setSpacing(theme::cardListSpacing);
@@ -117,10 +121,11 @@ void MainPanelView::refreshCards()
 void MainPanelView::announceArrivals(const QList<MatchResult> &before)
 {
     if (!QAccessible::isActive())
-        return; // nobody listens, and the lists may be long
+        return; // nobody listens, and comparing long lists takes time
     const QString text = arrivalsText(before, m_matches);
     if (!text.isEmpty())
         m_cards->viewport()->setAccessibleDescription(text);
+    m_arrivals->setText(text);
 }
 
 int MainPanelView::count() const

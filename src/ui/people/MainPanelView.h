@@ -10,6 +10,7 @@ class QLayout;
 
 namespace ambrel {
 
+class AnnouncedLabel;
 class ElidedLabel;
 class LivePill;
 class ProfilePanel;
@@ -47,6 +48,7 @@ private:
     WarmthMeter *const m_meter;
     LazyColumn *const m_cards;
     ProfilePanel *const m_profile;
+    AnnouncedLabel *const m_arrivals; ///< who has come
 };
 
 } // namespace ambrel

@@ -2,10 +2,10 @@
 
 #include "state/MatchProximity.h"
 #include "state/RoundedInteger.h"
+#include "toolkit/AccessibleRole.h"
 #include "toolkit/ElidedLabel.h"
 #include "toolkit/FocusRing.h"
-#include "ui/look/AmbrelPrimaryButton.h"
-#include "ui/look/AmbrelSecondaryButton.h"
+#include "ui/look/AmbrelButton.h"
 #include "ui/look/Painting.h"
 #include "ui/look/TextStyling.h"
 #include "ui/people/AccessibleMatchCard.h"
@@ -39,14 +39,16 @@ MatchCard::MatchCard(QWidget *parent)
       m_heat(new ElidedLabel({}, this)), m_bio(new ElidedLabel({}, this)), m_score(new ElidedLabel({}, this)),
       m_seeMe(new AmbrelPrimaryButton(QStringLiteral("See Me"), this))
 {
-    AccessibleMatchCard::install();
+    setAccessibleFactory(*this, [](QWidget &card) { return new AccessibleMatchCard(card); });
     setFocusPolicy(Qt::StrongFocus);
+    setAttribute(Qt::WA_Hover);
+    setCursor(Qt::PointingHandCursor);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     styleText(*m_name, theme::TextStyle::Headline);
     styleText(*m_heat, theme::TextStyle::Body, theme::secondaryText);
     styleText(*m_bio, theme::TextStyle::Caption);
     styleText(*m_score, theme::TextStyle::Caption2, theme::secondaryText);
-    m_bio->setMaximumLines(theme::cardBioLines);
+    m_bio->setMaximumLines(theme::maxCardBioLines);
 
     auto *const column = new QVBoxLayout(this);
     const int padding = theme::cardPadding;
@@ -60,7 +62,7 @@ MatchCard::MatchCard(QWidget *parent)
 int MatchCard::commonHeight() const
 {
     const auto lines = [](const ElidedLabel *label, int count) { return count * label->fontMetrics().lineSpacing(); };
-    const int texts = lines(m_name, 1) + lines(m_heat, 1) + lines(m_bio, theme::cardBioLines) + lines(m_score, 1) +
+    const int texts = lines(m_name, 1) + lines(m_heat, 1) + lines(m_bio, theme::maxCardBioLines) + lines(m_score, 1) +
                       3 * theme::cardTextSpacing;
     return 2 * theme::cardPadding + std::max(texts, theme::cardPhotoSize.height()) + theme::cardSpacing +
            theme::buttonMinimumHeight;
@@ -87,7 +89,7 @@ QLayout *MatchCard::makeButtons()
 {
     auto *const keep = new AmbrelSecondaryButton(QStringLiteral("Continue"), this);
     auto *const dismiss = new AmbrelSecondaryButton(QStringLiteral("Dismiss"), this);
-    // Whatever the server answers is told by the status text; the card may be gone by then.
+    // The status text tells the outcome; the card may be gone by then.
     connect(m_seeMe, &QPushButton::clicked, this,
             [this] { runDetached(ViewEnvironment::of(*this).state().seeMe(m_match)); });
     connect(keep, &QPushButton::clicked, this, [this] { ViewEnvironment::of(*this).state().keep(m_match); });
@@ -113,8 +115,17 @@ void MatchCard::setMatch(const MatchResult &match)
     if (hasOtherTexts)
         fitBio();
     m_seeMe->setVisible(canSeeMe(match));
-    if (match.displayName != accessibleName())
-        setAccessibleName(match.displayName);
+    describe();
+}
+
+/// What a screen reader says after the name.
+void MatchCard::describe()
+{
+    if (m_match.displayName != accessibleName())
+        setAccessibleName(m_match.displayName);
+    const QString description = QStringList{m_heat->text(), m_bio->text(), m_score->text()}.join(QStringLiteral(". "));
+    if (description != accessibleDescription())
+        setAccessibleDescription(description);
 }
 
 void MatchCard::fitBio()
@@ -125,7 +136,7 @@ void MatchCard::fitBio()
     const int width = this->width() - 2 * theme::cardPadding - m_photo->width() - theme::cardPhotoSpacing;
     if (width <= 0)
         return; // not laid out yet
-    m_bio->setMaximumLines(theme::cardBioLines);
+    m_bio->setMaximumLines(theme::maxCardBioLines);
     if (m_bio->heightForWidth(width) > room)
         m_bio->setMaximumLines(1);
     m_bio->setVisible(m_bio->heightForWidth(width) <= room);
@@ -143,9 +154,7 @@ void MatchCard::setSelected(bool selected)
         return;
     m_isSelected = selected;
     update();
-    QAccessible::State changed;
-    changed.selected = true;
-    QAccessibleStateChangeEvent event(this, changed);
+    QAccessibleEvent event(this, QAccessible::Selection);
     QAccessible::updateAccessibility(&event);
 }
 
@@ -189,9 +198,9 @@ void MatchCard::mouseReleaseEvent(QMouseEvent *event)
 void MatchCard::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
-    fillRounded(painter, rect(), theme::regularMaterial);
+    fillRounded(painter, rect(), underMouse() && isEnabled() ? theme::cardHovered : theme::regularMaterial);
     if (m_isSelected)
-        strokeRounded(painter, rect(), theme::selectedCardOutline);
+        strokeRounded(painter, rect(), theme::selectedCardOutline, theme::selectedCardOutlineWidth);
     if (hasFocus() && m_showsFocusRing)
         strokeFocusRing(painter, rect());
 }

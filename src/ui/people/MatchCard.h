@@ -41,7 +41,8 @@ private:
     QLayout *makeSummary();
     QLayout *makeButtons();
     int commonHeight() const;
-    /// Some scripts are too tall for two lines of it, a few for one; the profile has it whole.
+    void describe();
+    /// Shows fewer lines of the biography, or none, where its script is too tall; the profile shows all of it.
     void fitBio();
 
     MatchResult m_match;

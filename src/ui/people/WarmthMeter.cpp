@@ -19,7 +19,7 @@ WarmthMeter::WarmthMeter(QWidget *parent)
     m_headline->setAlignment(Qt::AlignCenter);
     styleText(*m_line, theme::TextStyle::Body, theme::secondaryText);
     m_line->setAlignment(Qt::AlignCenter);
-    m_line->setMaximumLines(theme::meterLines); // the list beneath keeps room for a card
+    m_line->setMaximumLines(theme::maxMeterLines); // the list beneath keeps room for a card
 
     auto *const column = new QVBoxLayout(this);
     const int padding = theme::panelPadding;

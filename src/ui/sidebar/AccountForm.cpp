@@ -1,7 +1,6 @@
 #include "ui/sidebar/AccountForm.h"
 
-#include "ui/look/AmbrelPrimaryButton.h"
-#include "ui/look/AmbrelSecondaryButton.h"
+#include "ui/look/AmbrelButton.h"
 #include "ui/sidebar/BioEditor.h"
 #include "ui/sidebar/FormLayout.h"
 #include "ui/sidebar/TextBinding.h"

@@ -12,6 +12,7 @@ BioEditor::BioEditor(QWidget *parent) : QPlainTextEdit(parent)
 {
     setAccessibleName(QStringLiteral("Bio"));
     setFixedHeight(theme::bioEditorHeight);
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed); // or the box around it would take free space
     setTabChangesFocus(true);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setAttribute(Qt::WA_Hover);

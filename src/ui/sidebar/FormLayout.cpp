@@ -1,5 +1,6 @@
 #include "ui/sidebar/FormLayout.h"
 
+#include "toolkit/AnnouncedLabel.h"
 #include "ui/look/TextStyling.h"
 
 namespace ambrel {
@@ -30,12 +31,21 @@ QLineEdit *makeTextField(const QString &placeholder, TextField field, QWidget &p
     return editor;
 }
 
-WrappedLabel *makeCaption(const QString &text, QWidget &parent)
+QWidget *makeCaption(const QString &text, QWidget &parent)
 {
     auto *const label = new WrappedLabel(text, &parent);
     label->setAlignment(topLeftInEveryScript);
     styleText(*label, theme::TextStyle::Caption, theme::secondaryText);
     return label;
+}
+
+AnnouncedLabel *makeStatusCaption(const QString &description, QWidget &parent)
+{
+    auto *const status = new AnnouncedLabel(&parent);
+    status->label().setAlignment(topLeftInEveryScript);
+    styleText(status->label(), theme::TextStyle::Caption, theme::secondaryText);
+    status->label().setAccessibleDescription(description);
+    return status;
 }
 
 } // namespace ambrel

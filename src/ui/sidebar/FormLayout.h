@@ -1,12 +1,13 @@
 #pragma once
 
-#include "toolkit/WrappedLabel.h"
 #include "ui/sidebar/TextBinding.h"
 
 #include <QBoxLayout>
 #include <initializer_list>
 
 namespace ambrel {
+
+class AnnouncedLabel;
 
 // What the sidebar's forms are laid out from. Each function makes something that its parent or layout then owns.
 
@@ -20,6 +21,9 @@ QHBoxLayout *makeRow(std::initializer_list<QWidget *> widgets);
 QLineEdit *makeTextField(const QString &placeholder, TextField field, QWidget &parent);
 
 /// A small secondary text that wraps.
-WrappedLabel *makeCaption(const QString &text, QWidget &parent);
+QWidget *makeCaption(const QString &text, QWidget &parent);
+
+/// A text like that which changes; `description` tells screen readers what it is about.
+AnnouncedLabel *makeStatusCaption(const QString &description, QWidget &parent);
 
 } // namespace ambrel

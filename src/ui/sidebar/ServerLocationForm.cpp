@@ -1,8 +1,8 @@
 #include "ui/sidebar/ServerLocationForm.h"
 
+#include "toolkit/AnnouncedLabel.h"
 #include "toolkit/Switch.h"
-#include "ui/look/AmbrelPrimaryButton.h"
-#include "ui/look/AmbrelSecondaryButton.h"
+#include "ui/look/AmbrelButton.h"
 #include "ui/look/Divider.h"
 #include "ui/look/Theme.h"
 #include "ui/sidebar/FormLayout.h"
@@ -29,11 +29,9 @@ ServerLocationForm::ServerLocationForm(QWidget *parent) : QGroupBox(QStringLiter
     form->addWidget(new Divider(Qt::Horizontal, this));
     m_checkServer = new AmbrelSecondaryButton(QStringLiteral("Check Server"), this);
     form->addWidget(m_checkServer);
-    m_serverStatus = makeCaption({}, *this);
-    m_serverStatus->setAccessibleDescription(QStringLiteral("Server status"));
+    m_serverStatus = makeStatusCaption(QStringLiteral("Server status"), *this);
     form->addWidget(m_serverStatus);
-    m_betaStatus = makeCaption({}, *this);
-    m_betaStatus->setAccessibleDescription(QStringLiteral("Android beta status"));
+    m_betaStatus = makeStatusCaption(QStringLiteral("Android beta status"), *this);
     form->addWidget(m_betaStatus);
 
     auto &state = ViewEnvironment::of(*this).state();

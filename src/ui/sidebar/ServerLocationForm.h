@@ -7,8 +7,8 @@ namespace ambrel {
 class AmbrelPrimaryButton;
 class AmbrelSecondaryButton;
 class AmbrelAppState;
+class AnnouncedLabel;
 class Switch;
-class WrappedLabel;
 
 /// Server address, position and discoverability, going live and pausing, and the server check with its two lines.
 class ServerLocationForm : public QGroupBox
@@ -26,8 +26,8 @@ private:
     Switch *m_discoverable = nullptr;
     AmbrelPrimaryButton *m_goLive = nullptr;
     AmbrelSecondaryButton *m_checkServer = nullptr;
-    WrappedLabel *m_serverStatus = nullptr;
-    WrappedLabel *m_betaStatus = nullptr;
+    AnnouncedLabel *m_serverStatus = nullptr;
+    AnnouncedLabel *m_betaStatus = nullptr;
 };
 
 } // namespace ambrel

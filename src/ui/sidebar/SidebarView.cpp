@@ -96,7 +96,7 @@ SidebarView::SidebarView(QWidget *parent) : QWidget(parent)
     showThrough(*area, *content);
 
     m_status = new StatusLine(this);
-    auto *const foot = new QHBoxLayout; // owned by the whole
+    auto *const foot = new QHBoxLayout; // owned by the sidebar
     foot->setContentsMargins(theme::sidebarPadding, theme::sidebarSpacing, theme::sidebarPadding,
                              theme::sidebarPadding);
     foot->addWidget(m_status);
@@ -130,7 +130,7 @@ void SidebarView::showBusy(const AmbrelAppState &state)
         m_focusWhileBusy = after;
     } else if (!state.isBusy && m_focusBeforeBusy) {
         if (after == m_focusWhileBusy)
-            m_focusBeforeBusy->setFocus();
+            m_focusBeforeBusy->setFocus(Qt::PopupFocusReason); // with a ring only if it had one
         m_focusBeforeBusy.clear();
     }
 }

@@ -1,7 +1,7 @@
 #include "ui/sidebar/StatusLine.h"
 
+#include "toolkit/AnnouncedLabel.h"
 #include "toolkit/ClearScrollArea.h"
-#include "toolkit/WrappedLabel.h"
 #include "ui/look/KeyboardScrolling.h"
 #include "ui/look/TextStyling.h"
 
@@ -11,11 +11,12 @@
 
 namespace ambrel {
 
-StatusLine::StatusLine(QWidget *parent) : QScrollArea(parent), m_text(new WrappedLabel({}, this))
+StatusLine::StatusLine(QWidget *parent) : QScrollArea(parent), m_text(new AnnouncedLabel(this))
 {
-    m_text->setAlignment(topLeftInEveryScript);
-    styleText(*m_text, theme::TextStyle::Footnote, theme::secondaryText);
-    m_text->setAccessibleDescription(QStringLiteral("Status"));
+    m_text->label().setAlignment(topLeftInEveryScript);
+    styleText(m_text->label(), theme::TextStyle::Footnote, theme::secondaryText);
+    m_text->label().setAccessibleDescription(QStringLiteral("Status"));
+    setAccessibleName(QStringLiteral("Status"));
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setWidgetResizable(true);
     showThrough(*this, *m_text);
@@ -25,7 +26,7 @@ StatusLine::StatusLine(QWidget *parent) : QScrollArea(parent), m_text(new Wrappe
 
 void StatusLine::setText(const QString &text)
 {
-    if (text == m_text->text())
+    if (text == m_text->label().text())
         return;
     m_text->setText(text);
     verticalScrollBar()->setValue(0);
@@ -42,7 +43,7 @@ bool StatusLine::event(QEvent *event)
 
 void StatusLine::fitText()
 {
-    setFixedHeight(std::min(m_text->heightForWidth(width()), theme::statusLineMaximumHeight));
+    setFixedHeight(std::min(m_text->label().heightForWidth(width()), theme::maxStatusLineHeight));
 }
 
 } // namespace ambrel

@@ -4,7 +4,7 @@
 
 namespace ambrel {
 
-class WrappedLabel;
+class AnnouncedLabel;
 
 /// The line at the foot of the sidebar that tells how things stand. As high as its text, up to a few lines; beyond them
 /// it scrolls by itself, so that a long report leaves the forms their room. Main thread only.
@@ -24,7 +24,7 @@ protected:
 private:
     void fitText();
 
-    WrappedLabel *m_text = nullptr;
+    AnnouncedLabel *m_text = nullptr;
 };
 
 } // namespace ambrel

@@ -55,8 +55,8 @@ void bindText(QLineEdit &editor, TextField field)
 {
     editor.setMaxLength(std::numeric_limits<int>::max()); // stored as typed, however long
     auto *const binding = new TextBinding(editor, field); // owned by the editor
-    QObject::connect(&editor, &QLineEdit::textChanged, binding,
-                     &TextBinding::write); // typed, or set by a screen reader
+    // Not textEdited: a screen reader sets texts, too.
+    QObject::connect(&editor, &QLineEdit::textChanged, binding, &TextBinding::write);
 }
 
 void bindText(QPlainTextEdit &editor, TextField field)

@@ -57,7 +57,7 @@ AmbrelMacApp::AmbrelMacApp(int &argc, char **argv) : QApplication(argc, argv)
 AmbrelMacApp::~AmbrelMacApp()
 {
     m_state->shutDown();
-    processEvents(); // what sleeps wakes up and ends
+    processEvents(); // lets sleeping tasks wake up and end
 }
 
 std::unique_ptr<QWidget> AmbrelMacApp::openWindow()

@@ -13,10 +13,12 @@
 #include "ui/window/ViewEnvironment.h"
 
 #include <QAbstractButton>
+#include <QAccessible>
 #include <QApplication>
 #include <QHBoxLayout>
 #include <QScrollArea>
 #include <algorithm>
+#include <utility>
 
 namespace ambrel {
 
@@ -33,25 +35,17 @@ bool isInLayer(const QWidget *widget)
 QScrollArea *makeMainPanelArea(QWidget &parent)
 {
     auto *const area = new QScrollArea(&parent);
+    area->setAccessibleName(QStringLiteral("Nearby and profile"));
     area->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     area->setWidgetResizable(true);
     showThrough(*area, *new MainPanelView(area));
     enableKeyboardScrolling(*area);
     QObject::connect(qApp, &QApplication::focusChanged, area, [area](QWidget *before, QWidget *focused) {
-        // What gets the focus back from a layer stays where the user has left it.
+        // What gets the focus back from a layer stays where the user has scrolled it.
         if (focused && area->widget()->isAncestorOf(focused) && !isInLayer(before))
             area->ensureWidgetVisible(focused);
     });
     return area;
-}
-
-/// Lets what is disabled look as it does otherwise.
-void keepLookWhenDisabled(QWidget &widget)
-{
-    QPalette palette = widget.palette();
-    for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
-        palette.setColor(QPalette::Disabled, role, palette.color(QPalette::Active, role));
-    widget.setPalette(palette);
 }
 
 AmbrelBackground *makeColumns(QWidget &parent)
@@ -64,7 +58,6 @@ AmbrelBackground *makeColumns(QWidget &parent)
     row->addWidget(new SidebarView(background));
     row->addWidget(new Divider(Qt::Vertical, background));
     row->addWidget(makeMainPanelArea(*background), 1);
-    keepLookWhenDisabled(*background);
     return background;
 }
 
@@ -72,7 +65,8 @@ AmbrelBackground *makeColumns(QWidget &parent)
 
 // The controls are made after the columns, so that the first field has the focus at first and Tab comes to them last.
 ContentView::ContentView(QWidget *parent)
-    : QWidget(parent), m_background(makeColumns(*this)), m_controls(new WindowControls(this))
+    : QWidget(parent), m_background(makeColumns(*this)), m_controls(new WindowControls(this)),
+      m_keyPause(*window(), ViewEnvironment::of(*this).timings().keyQuiet)
 {
     m_controls->setColors({.glyph = theme::windowControlGlyph,
                            .hoverFill = theme::windowControlHovered,
@@ -84,14 +78,14 @@ ContentView::ContentView(QWidget *parent)
     m_controls->adjustSize();
 
     connect(&ViewEnvironment::of(*this), &ViewEnvironment::stateDidChange, this, &ContentView::refresh);
-    connect(qApp, &QApplication::focusChanged, this,
-            [this](QWidget *, QWidget *focused) { keepFocusInLayers(focused); });
+    connect(&m_keyPause, &KeyPause::over, this, &ContentView::giveFocusToLayers);
+    connect(qApp, &QApplication::focusChanged, this, &ContentView::keepFocusInLayers);
     refresh();
 }
 
 ContentView::~ContentView()
 {
-    disconnect(qApp, nullptr, this, nullptr); // the focus still moves while the views go
+    disconnect(qApp, nullptr, this, nullptr); // the focus still moves while the views are destroyed
 }
 
 void ContentView::resizeEvent(QResizeEvent *)
@@ -103,42 +97,56 @@ void ContentView::resizeEvent(QResizeEvent *)
 void ContentView::refresh()
 {
     const auto &state = ViewEnvironment::of(*this).state();
-    const bool hadFlash = m_flash;
-    const bool hadAlert = m_alert;
-    showFlash(state.showSeeMeFlash);
-    showAlert(state.incomingSeeMe);
-    if (!hadFlash && !hadAlert && (m_flash || m_alert))
-        rememberFocus();
-    if (hadFlash != !m_flash.isNull() || hadAlert != !m_alert.isNull()) {
-        stackLayers();
-        moveFocus();
+    const bool wasCovered = m_flash || m_alert;
+    const bool isFlashNew = showFlash(state.showSeeMeFlash);
+    const bool isAlertNew = showAlert(state.incomingSeeMe);
+    if (!isFlashNew && !isAlertNew)
+        return;
+    stackLayers();
+    if (!m_flash && !m_alert) {
+        m_keyPause.end();
+        giveFocusBack();
+        return;
     }
+    if (!wasCovered)
+        rememberFocus();
+    m_keyPause.begin();
+    // Somebody who is typing goes on until they pause. A screen reader hears of the layer at once.
+    const QWidget *const focused = window()->focusWidget();
+    m_isTyping = takesText(focused) && !isInLayer(focused) && !QAccessible::isActive();
+    if (!m_isTyping)
+        giveFocusToLayers();
 }
 
-void ContentView::showFlash(bool isShown)
+/// True when it has come or gone.
+bool ContentView::showFlash(bool isShown)
 {
-    if (isShown && !m_flash) {
-        m_flash = new SeeMeFlashOverlay([this] { ViewEnvironment::of(*this).state().showSeeMeFlash = false; }, this);
-    } else if (!isShown && m_flash) {
+    if (isShown == !m_flash.isNull())
+        return false;
+    auto &environment = ViewEnvironment::of(*this);
+    if (isShown) {
+        m_flash = new SeeMeFlashOverlay([&environment] { environment.state().showSeeMeFlash = false; },
+                                        environment.timings(), this);
+    } else {
         m_flash->remove();
         m_flash.clear();
     }
+    return true;
 }
 
-void ContentView::showAlert(const std::optional<SeeMeMessage> &message)
+/// True when there is another message, or none any more.
+bool ContentView::showAlert(const std::optional<SeeMeMessage> &message)
 {
-    const bool isNew = message && message != m_message;
+    if (message == m_message)
+        return false;
     m_message = message;
-    if (isNew)
-        QApplication::alert(window());
     if (!message) {
-        if (m_alert) {
-            m_alert->hide();
-            m_alert->deleteLater();
-            m_alert.clear();
-        }
-        return;
+        m_alert->hide();
+        m_alert->deleteLater();
+        m_alert.clear();
+        return true;
     }
+    QApplication::alert(window());
     auto &state = ViewEnvironment::of(*this).state();
     if (m_alert) {
         m_alert->setMessage(message->body);
@@ -151,9 +159,10 @@ void ContentView::showAlert(const std::optional<SeeMeMessage> &message)
                 state.showSeeMeFlash = false;
         });
     }
+    return true;
 }
 
-/// The alert leaves the controls of the window to the user; the flash covers them for its few seconds.
+/// The window controls can be used above the alert; the flash covers them for its few seconds.
 void ContentView::stackLayers()
 {
     if (m_flash)
@@ -164,24 +173,23 @@ void ContentView::stackLayers()
         m_controls->raise();
 }
 
-/// Beneath an alert everything is disabled, so that no assistive technology works it either.
-void ContentView::moveFocus()
+/// Beneath an alert everything is disabled, for assistive technology as well.
+void ContentView::giveFocusToLayers()
 {
+    if (std::exchange(m_isTyping, false))
+        rememberFocus(); // it may be in another field by now
     if (m_alert) {
         m_alert->takeFocus();
         m_background->setEnabled(false); // not earlier, or the focus would wander
-        return;
-    }
-    m_background->setEnabled(true);
-    if (m_flash)
+    } else {
+        m_background->setEnabled(true);
         m_flash->takeFocus();
-    else
-        giveFocusBack();
+    }
 }
 
 void ContentView::rememberFocus()
 {
-    // A key that is down is released into the layer.
+    // A key that is down now will be released into the layer.
     if (auto *const button = qobject_cast<QAbstractButton *>(window()->focusWidget()))
         button->setDown(false);
     m_focusBeneath.clear();
@@ -194,19 +202,20 @@ void ContentView::rememberFocus()
 /// A list from which the focused row has gone meanwhile passes the focus on to another row by itself.
 void ContentView::giveFocusBack()
 {
-    const auto heir = std::find_if(m_focusBeneath.cbegin(), m_focusBeneath.cend(),
+    m_background->setEnabled(true);
+    const auto next = std::find_if(m_focusBeneath.cbegin(), m_focusBeneath.cend(),
                                    [this](const auto &widget) { return widget && widget->isVisibleTo(this); });
-    if (heir != m_focusBeneath.cend())
-        (*heir)->setFocus(Qt::PopupFocusReason); // without scrolling to it, and with a ring only if it had one
+    if (next != m_focusBeneath.cend())
+        (*next)->setFocus(Qt::PopupFocusReason); // without scrolling to it, and with a ring only if it had one
 }
 
-/// What asks for the focus beneath a layer, as a screen reader can, gets it when the layer goes.
-void ContentView::keepFocusInLayers(const QWidget *focused)
+/// When something beneath a layer is given the focus, as a screen reader can do, it gets it once the layer is gone.
+void ContentView::keepFocusInLayers(const QWidget *, const QWidget *focused)
 {
-    if (!(m_alert || m_flash) || !focused || !isAncestorOf(focused) || isInLayer(focused))
+    if (!(m_alert || m_flash) || m_isTyping || !focused || !isAncestorOf(focused) || isInLayer(focused))
         return;
     rememberFocus();
-    moveFocus();
+    giveFocusToLayers();
 }
 
 } // namespace ambrel

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "model/ResponseRecords.h"
+#include "toolkit/KeyPause.h"
 
 #include <QList>
 #include <QPointer>
@@ -15,8 +16,8 @@ class SeeMeFlashOverlay;
 class WindowControls;
 
 /// All that the window shows: sidebar and main panel on the background, the See Me flash above them, and the alert for
-/// an incoming See Me above all. The controls of the frameless window stand in its top right corner, where the pointer
-/// reaches them above the alert, too.
+/// an incoming See Me above all. The controls of the frameless window stand in its top right corner, and work while
+/// the alert is shown, too.
 class ContentView : public QWidget
 {
     Q_OBJECT
@@ -31,20 +32,22 @@ protected:
 
 private:
     void refresh();
-    void showFlash(bool isShown);
-    void showAlert(const std::optional<SeeMeMessage> &message);
+    bool showFlash(bool isShown);
+    bool showAlert(const std::optional<SeeMeMessage> &message);
     void stackLayers();
-    void moveFocus();
+    void giveFocusToLayers();
     void rememberFocus();
     void giveFocusBack();
-    void keepFocusInLayers(const QWidget *focused);
+    void keepFocusInLayers(const QWidget *before, const QWidget *focused);
 
     AmbrelBackground *const m_background;
     WindowControls *const m_controls;
+    KeyPause m_keyPause;
     QPointer<SeeMeFlashOverlay> m_flash;
     QPointer<SeeMeAlert> m_alert;
-    std::optional<SeeMeMessage> m_message;   ///< the one that the window has asked attention for
-    QList<QPointer<QWidget>> m_focusBeneath; ///< what had the focus before a layer took it, then what that stands in
+    std::optional<SeeMeMessage> m_message;   ///< that the alert shows
+    bool m_isTyping = false;                 ///< when the layers came, so that they wait for a pause
+    QList<QPointer<QWidget>> m_focusBeneath; ///< what had the focus before a layer took it, and its ancestors
 };
 
 } // namespace ambrel

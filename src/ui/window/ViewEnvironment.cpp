@@ -4,9 +4,10 @@
 
 namespace ambrel {
 
-ViewEnvironment &ViewEnvironment::inject(QWidget &root, std::shared_ptr<AmbrelAppState> state)
+ViewEnvironment &ViewEnvironment::inject(QWidget &root, std::shared_ptr<AmbrelAppState> state,
+                                         const ViewTimings &timings)
 {
-    return *new ViewEnvironment(root, std::move(state)); // owned by root
+    return *new ViewEnvironment(root, std::move(state), timings); // owned by root
 }
 
 ViewEnvironment &ViewEnvironment::of(const QWidget &view)
@@ -18,8 +19,8 @@ ViewEnvironment &ViewEnvironment::of(const QWidget &view)
     qFatal("%s stands in no view environment", view.metaObject()->className());
 }
 
-ViewEnvironment::ViewEnvironment(QWidget &root, std::shared_ptr<AmbrelAppState> state)
-    : QObject(&root), m_state(std::move(state))
+ViewEnvironment::ViewEnvironment(QWidget &root, std::shared_ptr<AmbrelAppState> state, const ViewTimings &timings)
+    : QObject(&root), m_state(std::move(state)), m_timings(timings)
 {
     connect(m_state.get(), &AmbrelAppState::objectWillChange, this, &ViewEnvironment::scheduleRefresh);
 }

@@ -74,7 +74,7 @@ private Q_SLOTS:
     {
         pointer::clickOn(*control(QStringLiteral("Maximize")));
         QTRY_COMPARE(m_window->geometry(), m_window->screen()->availableGeometry());
-        QVERIFY(alert()->isAncestorOf(QApplication::focusWidget()));
+        QTRY_VERIFY(alert()->isAncestorOf(QApplication::focusWidget()));
         QTRY_VERIFY(control(QStringLiteral("Restore")));
         pointer::clickOn(*control(QStringLiteral("Restore")));
         QTRY_COMPARE(m_window->geometry(), QRect(320, 170, 1280, 860));

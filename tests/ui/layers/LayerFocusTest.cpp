@@ -1,95 +1,12 @@
 // Where the focus is while the alert or the flash covers the window, and where it is afterwards.
 #include "support/Names.h"
-#include "toolkit/LazyColumn.h"
 #include "ui/HeldKey.h"
-#include "ui/MatchViews.h"
-#include "ui/ViewFixture.h"
-#include "ui/layers/CoveringLayer.h"
-#include "ui/people/MatchCard.h"
-#include "ui/window/ContentView.h"
+#include "ui/layers/Covered.h"
 
 #include <QLineEdit>
 #include <QScrollBar>
 
 using namespace ambrel;
-
-namespace {
-
-/// The window, wide enough for all of it, with matches, and with one of the two layers.
-class Covered : public ViewFixture<ContentView>
-{
-public:
-    Covered() : ViewFixture({1280, 860})
-    {
-        QFETCH_GLOBAL(bool, isAlert);
-        m_isAlert = isAlert;
-    }
-
-    void list(const QStringList &names)
-    {
-        QList<MatchResult> matches;
-        for (const QString &name : names)
-            matches.append(person(name));
-        state().matches = matches;
-        refresh();
-    }
-    QStringList listed()
-    {
-        QStringList names;
-        for (const MatchResult &match : state().matches.value())
-            names.append(match.displayName);
-        return names;
-    }
-    void cover()
-    {
-        if (m_isAlert)
-            state().incomingSeeMe = SeeMeMessage{.id = QStringLiteral("1"),
-                                                 .fromUserId = QStringLiteral("ana"),
-                                                 .toUserId = QStringLiteral("sam"),
-                                                 .body = QStringLiteral("Hi"),
-                                                 .createdAt = std::nullopt};
-        else
-            state().showSeeMeFlash = true;
-        refresh();
-    }
-    void uncover()
-    {
-        state().incomingSeeMe = std::nullopt;
-        state().showSeeMeFlash = false;
-        refresh();
-    }
-    bool isCovered() { return state().incomingSeeMe.value() || state().showSeeMeFlash; }
-    bool isFocusInLayer()
-    {
-        for (const QWidget *widget = QApplication::focusWidget(); widget; widget = widget->parentWidget()) {
-            if (qobject_cast<const CoveringLayer *>(widget))
-                return true;
-        }
-        return false;
-    }
-    LazyColumn &column() { return *view->findChild<LazyColumn *>(); }
-    MatchCard *card(const QString &name)
-    {
-        for (auto *const card : column().viewport()->findChildren<MatchCard *>(Qt::FindDirectChildrenOnly)) {
-            if (!card->isHidden() && card->accessibleName() == name)
-                return card;
-        }
-        return nullptr;
-    }
-    QAbstractButton *dismissOf(const QString &name)
-    {
-        for (auto *const button : card(name)->findChildren<QAbstractButton *>()) {
-            if (button->text() == QStringLiteral("Dismiss"))
-                return button;
-        }
-        return nullptr;
-    }
-
-private:
-    bool m_isAlert = false;
-};
-
-} // namespace
 
 class LayerFocusTest : public QObject
 {
@@ -225,6 +142,19 @@ private Q_SLOTS:
         QCOMPARE(email->selectedText(), QStringLiteral("sam"));
     }
 
+    void escapeEnterAndSpaceDismiss()
+    {
+        Covered content;
+        for (const auto key : {Qt::Key_Escape, Qt::Key_Return, Qt::Key_Enter, Qt::Key_Space}) {
+            content.cover();
+            QVERIFY(content.isFocusInLayer());
+            QTest::keyClick(QApplication::focusWidget(), key);
+            QVERIFY(!content.isCovered());
+            content.refresh();
+            QVERIFY(!content.isFocusInLayer());
+        }
+    }
+
     void nothingBeneathTakesIt()
     {
         Covered content;
@@ -236,6 +166,8 @@ private Q_SLOTS:
             widget->setFocus();
             QVERIFY(content.isFocusInLayer());
         }
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+        QVERIFY(content.isFocusInLayer());
         QTest::keyClicks(QApplication::focusWidget(), QStringLiteral("x"));
         QCOMPARE(email->text(), QString());
         QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);

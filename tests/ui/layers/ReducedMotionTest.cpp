@@ -67,7 +67,7 @@ private Q_SLOTS:
         QWidget window;
         window.resize(400, 300);
         window.show();
-        const QPointer<SeeMeFlashOverlay> overlay = new SeeMeFlashOverlay([] {}, &window);
+        const QPointer<SeeMeFlashOverlay> overlay = new SeeMeFlashOverlay([] {}, {}, &window);
         QVERIFY(overlay->findChild<AmbrelLogo *>()->isVisible()); // whole at once
         overlay->remove();
         QVERIFY(overlay->isHidden()); // gone at once
@@ -75,7 +75,7 @@ private Q_SLOTS:
 
         Q_EMIT portal.SettingChanged(group, key, QDBusVariant(true));
         QTRY_VERIFY(!isMotionReduced());
-        const QPointer<SeeMeFlashOverlay> fading = new SeeMeFlashOverlay([] {}, &window);
+        const QPointer<SeeMeFlashOverlay> fading = new SeeMeFlashOverlay([] {}, {}, &window);
         QVERIFY(!fading->findChild<AmbrelLogo *>()->isVisible()); // a picture of it fades in first
         QTRY_VERIFY(fading->findChild<AmbrelLogo *>()->isVisible());
         fading->remove();

@@ -1,7 +1,6 @@
 #include "ui/HeldKey.h"
 #include "ui/Pixels.h"
-#include "ui/look/AmbrelPrimaryButton.h"
-#include "ui/look/AmbrelSecondaryButton.h"
+#include "ui/look/AmbrelButton.h"
 #include "ui/look/Theme.h"
 
 #include <QHBoxLayout>

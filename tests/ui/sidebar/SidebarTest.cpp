@@ -1,3 +1,4 @@
+#include "support/ScriptedServer.h"
 #include "toolkit/FocusRing.h"
 #include "toolkit/Switch.h"
 #include "ui/Pixels.h"
@@ -9,8 +10,8 @@
 
 #include <QAccessible>
 #include <QClipboard>
+#include <QGroupBox>
 #include <QGuiApplication>
-#include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QScrollArea>
@@ -233,15 +234,31 @@ private Q_SLOTS:
         QCOMPARE(server->text(), QString()); // and stays empty
     }
 
-    void signUpAndLogInAndCheckServerStartTheirOperations()
+    void everyButtonStartsItsOwnOperation_data()
     {
-        for (const char *const label : {"Sign Up", "Log In", "Check Server"}) {
-            Sidebar sidebar(tall, {{QStringLiteral("userId"), QStringLiteral("sam")},
-                                   {QStringLiteral("displayName"), QStringLiteral("Sam")}});
-            QTest::mouseClick(sidebar.button(QString::fromLatin1(label)), Qt::LeftButton);
-            QVERIFY2(sidebar.state().isBusy, label);
-            QTRY_VERIFY2(!sidebar.state().isBusy, label);
-        }
+        QTest::addColumn<QString>("label");
+        QTest::addColumn<QByteArray>("method");
+        QTest::addColumn<QByteArray>("path");
+        QTest::newRow("Sign Up") << QStringLiteral("Sign Up") << QByteArray("POST") << QByteArray("/api/signup");
+        QTest::newRow("Log In") << QStringLiteral("Log In") << QByteArray("POST") << QByteArray("/api/login");
+        QTest::newRow("Check Server") << QStringLiteral("Check Server") << QByteArray("GET") << QByteArray("/health");
+    }
+
+    void everyButtonStartsItsOwnOperation()
+    {
+        QFETCH(const QString, label);
+        QFETCH(const QByteArray, method);
+        QFETCH(const QByteArray, path);
+        ScriptedServer server; // fails the test when anything else is asked for
+        server.on(method, path, ScriptedReply::json(R"({"error":"no"})", 409));
+        Sidebar sidebar(tall, {{QStringLiteral("userId"), QStringLiteral("sam")},
+                               {QStringLiteral("displayName"), QStringLiteral("Sam")}});
+        sidebar.state().serverBaseURL = server.url();
+        sidebar.state().saveSettings();
+        QTest::mouseClick(sidebar.button(label), Qt::LeftButton);
+        QVERIFY(sidebar.state().isBusy);
+        QTRY_VERIFY(!sidebar.state().isBusy);
+        QCOMPARE(server.count(method, path), 1);
     }
 
     void pauseIsNeverDisabledAndStopsTheLiveState()
@@ -278,6 +295,57 @@ private Q_SLOTS:
         sidebar.state().isBusy = false;
         sidebar.refresh();
         QVERIFY(email->hasFocus());
+    }
+
+    void aButtonThatWasClickedShowsNoFocusRingWhenItIsNoLongerBusy()
+    {
+        Sidebar sidebar(tall);
+        for (const char *const label : {"Sign Up", "Log In", "Check Server"}) {
+            auto *const button = sidebar.button(QString::fromLatin1(label));
+            sidebar.named<QLineEdit>(QStringLiteral("Email"))->setFocus();
+            QCursor::setPos(1910, 1190);
+            const QImage unfocused = button->grab().toImage();
+            button->setFocus(Qt::MouseFocusReason);
+            sidebar.state().isBusy = true;
+            sidebar.refresh();
+            sidebar.state().isBusy = false;
+            sidebar.refresh();
+            QVERIFY(button->hasFocus());
+            QCOMPARE(button->grab().toImage(), unfocused);
+        }
+    }
+
+    void boxesKeepTheirNaturalHeightAtEverySize()
+    {
+        Sidebar sidebar({340, 680});
+        const auto boxes = sidebar.window.findChildren<QGroupBox *>();
+        QCOMPARE(boxes.size(), 2);
+        const QList<int> heights{boxes[0]->height(), boxes[1]->height()};
+        const auto fields = boxes[0]->findChildren<QLineEdit *>();
+        auto *const status = statusLine(sidebar, QStringLiteral("Status"));
+        for (int height = 680; height <= 2000; height += 120) {
+            sidebar.window.resize(340, height);
+            QTRY_COMPARE(sidebar.view->height(), height);
+            QCOMPARE((QList<int>{boxes[0]->height(), boxes[1]->height()}), heights);
+            QCOMPARE(boxes[1]->y() - boxes[0]->geometry().bottom() - 1, 16);
+            for (qsizetype i = 1; i < fields.size(); ++i)
+                QCOMPARE(fields[i]->y() - fields[i - 1]->geometry().bottom() - 1, 10);
+            QCOMPARE(status->mapTo(&sidebar.window, QPoint(0, status->height())).y(), height - 18);
+        }
+    }
+
+    void selectedTextIsQuietWhereTheFocusIsNot()
+    {
+        Sidebar sidebar(tall);
+        auto *const bio = sidebar.named<QPlainTextEdit>(QStringLiteral("Bio"));
+        sidebar.state().profileBio = QString(QChar(0x2007)).repeated(30); // blanks as wide as digits
+        sidebar.refresh();
+        bio->setFocus();
+        bio->selectAll();
+        const QPoint inText(60, 16);
+        COMPARE_COLORS(shownAt(*bio, inText), theme::ambrelRed);
+        sidebar.named<QLineEdit>(QStringLiteral("Email"))->setFocus();
+        COMPARE_COLORS(shownAt(*bio, inText), theme::quietSelection);
     }
 
     void everyControlIsReachedWithTabInReadingOrder()
@@ -385,43 +453,16 @@ private Q_SLOTS:
         QVERIFY(statusLine(sidebar, QStringLiteral("Android beta status"))->width() <= 304);
     }
 
-    void columnKeepsItsMetrics()
+    void editorHasItsOutlineAndTheSwitchEndsWhereTheFieldsEnd()
     {
         Sidebar sidebar(tall);
-        const auto place = [&sidebar](const QWidget *widget) {
-            return QRect(widget->mapTo(&sidebar.window, QPoint()), widget->size());
-        };
-        const QRect logo = place(sidebar.named<QWidget>(QStringLiteral("Ambrel")));
-        const auto lines = sidebar.window.findChildren<QLabel *>();
-        const QRect wordmark = place(lines.at(0));
-        const QRect tagline = place(lines.at(1));
-        const QRect text = wordmark.united(tagline);
-        QCOMPARE(logo.united(text).topLeft(), QPoint(18, 18));
-        QCOMPARE(logo.left(), 18);
-        QCOMPARE(text.left() - logo.right() - 1, 12);
-        QCOMPARE(tagline.top() - wordmark.bottom() - 1, 2);
-        QVERIFY(std::abs(logo.center().y() - text.center().y()) <= 1);
-        QCOMPARE(logo.size(), QSize(52, 52));
-        const QRect userId = place(sidebar.named<QLineEdit>(QStringLiteral("User ID")));
-        const QRect name = place(sidebar.named<QLineEdit>(QStringLiteral("Display name")));
-        const QRect phone = place(sidebar.named<QLineEdit>(QStringLiteral("Phone")));
-        const QRect bio = place(sidebar.named<QPlainTextEdit>(QStringLiteral("Bio")));
-        const QRect signUp = place(sidebar.button(QStringLiteral("Sign Up")));
-        const QRect logIn = place(sidebar.button(QStringLiteral("Log In")));
-        const QRect discoverable = place(sidebar.window.findChild<Switch *>());
-        QCOMPARE(discoverable.left(), userId.left());
-        QCOMPARE(discoverable.right() - focusRingReach, userId.right()); // its track ends where the fields end
-        QCOMPARE(name.top() - userId.bottom() - 1, 10);
-        QCOMPARE(bio.top() - phone.bottom() - 1, 10);
-        QCOMPARE(bio.height(), 72);
-        QCOMPARE(bio.width(), userId.width());
-        QCOMPARE(signUp.top() - bio.bottom() - 1, 10);
-        QCOMPARE(signUp.height(), 40);
-        QCOMPARE(signUp.width(), logIn.width());
-
-        // The editor's outline: one pixel of black at 15 % over white.
-        COMPARE_COLORS(shownAt(sidebar.window, QPoint(bio.center().x(), bio.top())), QColor(217, 217, 217));
-        COMPARE_COLORS(shownAt(sidebar.window, QPoint(bio.center().x(), bio.top() + 1)), QColor(Qt::white));
+        auto *const bio = sidebar.named<QPlainTextEdit>(QStringLiteral("Bio"));
+        COMPARE_COLORS(shownAt(*bio, {bio->width() / 2, 0}), QColor(217, 217, 217)); // black at 15 % over white
+        COMPARE_COLORS(shownAt(*bio, {bio->width() / 2, 1}), QColor(Qt::white));
+        const auto *const server = sidebar.named<QLineEdit>(QStringLiteral("Server"));
+        const auto *const discoverable = sidebar.window.findChild<Switch *>();
+        QCOMPARE(discoverable->x(), server->x());
+        QCOMPARE(discoverable->geometry().right() - focusRingReach, server->geometry().right());
     }
 
     void fieldsAreWhiteOnADarkDesktop()

@@ -1,4 +1,4 @@
-#include "ui/layers/CoveringLayer.h"
+#include "toolkit/CoveringLayer.h"
 
 #include <QMouseEvent>
 

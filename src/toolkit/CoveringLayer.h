@@ -13,11 +13,11 @@ class CoveringLayer : public QWidget
 public:
     explicit CoveringLayer(QWidget *parent);
 
-    /// Puts the focus where this layer's keys are handled; for Qt::PopupFocusReason, because it is given back.
+    /// Puts the focus where this layer's keys are handled, with Qt::PopupFocusReason, because it will be given back.
     virtual void takeFocus() = 0;
 
 protected:
-    /// Where a press is left to the window, which moves by it; nowhere at first. What is beneath gets no such press.
+    /// Where a press is left to the window, which is dragged by it; nowhere by default. Nothing beneath gets it.
     virtual bool isBackgroundAt(QPoint) const { return false; }
 
     bool event(QEvent *event) override;
