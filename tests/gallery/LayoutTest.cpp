@@ -4,6 +4,7 @@
 #include "ui/Pixels.h"
 #include "ui/look/AmbrelButton.h"
 #include "ui/look/AmbrelLogo.h"
+#include "ui/look/Divider.h"
 #include "ui/people/LivePill.h"
 #include "ui/people/MainPanelView.h"
 #include "ui/people/MatchCard.h"
@@ -41,7 +42,7 @@ template <typename View>
 QList<View *> shown(const QWidget &parent)
 {
     auto views = parent.findChildren<View *>();
-    views.removeIf([](const View *view) { return !view->isVisible(); });
+    views.removeIf([](const View *view) { return !view->isVisible() || view->size().isEmpty(); });
     std::sort(views.begin(), views.end(), [](const View *a, const View *b) {
         const QPoint first = a->mapToGlobal(QPoint());
         const QPoint second = b->mapToGlobal(QPoint());
@@ -105,6 +106,11 @@ private Q_SLOTS:
         QCOMPARE(gapBeside(sidebar, logo, *header.at(0)), 12);
         QCOMPARE(gapBelow(sidebar, *header.at(0), *header.at(1)), 2);
         QCOMPARE(placeIn(sidebar, *header.at(0)).top(), 18);
+        const int textsMiddle = (placeIn(sidebar, *header.at(0)).top() + placeIn(sidebar, *header.at(1)).bottom()) / 2;
+        QVERIFY(std::abs(placeIn(sidebar, logo).center().y() - textsMiddle) <= 1);
+        const auto dividers = shown<Divider>(window.widget());
+        QCOMPARE(dividers.size(), 2);
+        QCOMPARE(window.placeOf(*dividers.first()), QRect(358, 18, 1, size.height() - 36));
 
         const auto &account = window.find<AccountForm>();
         const auto &server = window.find<ServerLocationForm>();
@@ -143,6 +149,7 @@ private Q_SLOTS:
         QCOMPARE(buttons.size(), 2);
         QCOMPARE(gapBelow(account, bio, *buttons.first()), 10);
         QCOMPARE(buttons.at(0)->width(), buttons.at(1)->width());
+        QCOMPARE(gapBeside(account, *buttons.at(0), *buttons.at(1)), 8);
 
         const auto &server = window.find<ServerLocationForm>();
         const auto places = shown<QLineEdit>(server);
@@ -178,7 +185,7 @@ private Q_SLOTS:
         QCOMPARE(gapBeside(panel, meter, profile), 18);
         QVERIFY(meter.width() >= 360);
         QCOMPARE(shown<AmbrelLogo>(meter).first()->size(), QSize(82, 82));
-        QCOMPARE(placeIn(meter, *shown<AmbrelLogo>(meter).first()).top(), 18);
+        QCOMPARE(placeIn(meter, *shown<AmbrelLogo>(meter).first()).topLeft(), QPoint((meter.width() - 82) / 2, 18));
         const auto lines = shown<TextLabel>(meter);
         QCOMPARE(lines.size(), 2);
         QCOMPARE(gapBelow(meter, *shown<AmbrelLogo>(meter).first(), *lines.at(0)), 10);

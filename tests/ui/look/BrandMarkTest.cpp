@@ -1,8 +1,7 @@
 #include "ui/Pixels.h"
 #include "ui/look/AmbrelLogo.h"
-#include "ui/look/HeartPinShape.h"
 #include "ui/look/Painting.h"
-#include "ui/look/PinCutoutShape.h"
+#include "ui/look/PinShapes.h"
 
 #include <QAccessible>
 #include <QPainter>
@@ -146,21 +145,6 @@ private Q_SLOTS:
             }
         }
         QVERIFY(total / (image.width() * image.height()) < 2); // nothing but the smoothing of edges differs
-    }
-
-    void allPartsScaleLinearlyWithTheSize()
-    {
-        constexpr double size = 52;
-        QCOMPARE(theme::logoStrokeWidth * size, 2.86);
-        QCOMPARE(theme::logoHeartSize * size, 29.12);
-
-        const QRectF small = HeartPinShape().path(QRectF(0, 0, 29.12, 29.12)).boundingRect();
-        const QRectF large = HeartPinShape().path(QRectF(0, 0, 291.2, 291.2)).boundingRect();
-        QCOMPARE(large.width(), 10 * small.width());
-        QCOMPARE(large.top(), 10 * small.top());
-
-        AmbrelLogo logo(52);
-        QCOMPARE(logo.size(), QSize(52, 52));
     }
 
     void shapesDrawFromZeroWhateverTheOriginOfTheirRectangle()

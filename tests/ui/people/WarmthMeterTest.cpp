@@ -66,19 +66,6 @@ private Q_SLOTS:
                  QStringList({QStringLiteral("Searching"), QStringLiteral("Go live to look for a match.")}));
     }
 
-    void markStandsInTheMiddleAboveTheTexts()
-    {
-        Meter meter;
-        QCOMPARE(meter.mark(), QRect((519 - 82) / 2, 18, 82, 82));
-        const auto labels = meter.findChildren<ElidedLabel *>();
-        QCOMPARE(labels[0]->y(), 18 + 82 + 10);
-        QCOMPARE(labels[1]->y(), labels[0]->geometry().bottom() + 1 + 10);
-        QCOMPARE(meter.height(), labels[1]->geometry().bottom() + 1 + 18);
-        const QImage image = meter.grab().toImage();
-        COMPARE_COLORS(image.pixelColor(20, 60),
-                       over(theme::ultraThinMaterial, theme::palette().color(QPalette::Window)));
-    }
-
     void strangersNamesAreShownAsTheyStandAndInTheirPlace()
     {
         Meter meter;

@@ -1,5 +1,4 @@
 #include "ui/Pixels.h"
-#include "ui/look/Divider.h"
 #include "ui/look/Theme.h"
 #include "ui/people/MainPanelView.h"
 #include "ui/profile/ProfilePanel.h"
@@ -69,33 +68,6 @@ private Q_SLOTS:
         QTRY_COMPARE(window->size(), QSize(980, 680));
         QCOMPARE(window->windowHandle()->minimumSize(), QSize(980, 680)); // what the window manager is told
         QCOMPARE(placeOf<SidebarView>(*window).width(), 340);
-    }
-
-    void columnsKeepTheirPlacesAtEverySize_data()
-    {
-        QTest::addColumn<QSize>("size");
-        QTest::newRow("smallest") << QSize(980, 680);
-        QTest::newRow("comfortable") << QSize(1280, 860);
-        QTest::newRow("large") << QSize(1600, 1000);
-    }
-
-    void columnsKeepTheirPlacesAtEverySize()
-    {
-        QFETCH(QSize, size);
-        const auto window = openAt(size);
-        const int height = size.height();
-        QCOMPARE(placeOf<SidebarView>(*window), QRect(18, 18, 340, height - 36));
-        const auto *const divider = window->findChild<ContentView *>()->findChild<QWidget *>()->findChild<Divider *>(
-            QString(), Qt::FindDirectChildrenOnly);
-        QCOMPARE(QRect(divider->mapTo(window.get(), QPoint()), divider->size()), QRect(358, 18, 1, height - 36));
-
-        const QRect panel = placeOf<MainPanelView>(*window);
-        const QRect profile = placeOf<ProfilePanel>(*window);
-        QCOMPARE(panel.topLeft(), QPoint(359, 18));
-        QCOMPARE(panel.width(), std::max(size.width() - 359 - 18, 18 + 360 + 18 + 330 + 18));
-        QCOMPARE(profile.width(), 330);
-        QCOMPARE(profile.right(), panel.right() - 18);
-        QCOMPARE(profile.top(), 36);
     }
 
     void opensAtAComfortableSizeWithItsTitleForTheWindowManager()
