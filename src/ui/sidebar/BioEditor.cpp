@@ -2,11 +2,34 @@
 
 #include "ui/look/Theme.h"
 
+#include <QMimeData>
 #include <QTextBlock>
 #include <QTextDocument>
 #include <QTextOption>
+#include <algorithm>
 
 namespace ambrel {
+
+namespace {
+
+/// How many characters are shown at first; a line of so many is laid out in a few milliseconds.
+constexpr qsizetype maxShown = 5000;
+/// Emoji take the layout far longer: each counts for so many.
+constexpr qsizetype emojiWeight = 50;
+
+/// Where to cut `text` so that what comes before counts for `most` characters or less, and no character is cut in two.
+qsizetype cutAt(const QString &text, qsizetype most)
+{
+    qsizetype cut = 0;
+    while (cut < text.size() && most > 0) {
+        const bool isPair = text[cut].isHighSurrogate() && cut + 1 < text.size();
+        most -= isPair ? emojiWeight : 1;
+        cut += isPair ? 2 : 1;
+    }
+    return cut;
+}
+
+} // namespace
 
 BioEditor::BioEditor(QWidget *parent) : QPlainTextEdit(parent)
 {
@@ -18,8 +41,76 @@ BioEditor::BioEditor(QWidget *parent) : QPlainTextEdit(parent)
     setAttribute(Qt::WA_Hover);
     document()->setDocumentMargin(theme::bioEditorTextMargin);
     viewport()->setAutoFillBackground(false); // the style draws the field with its round corners
+    connect(document(), &QTextDocument::contentsChange, this, &BioEditor::noteChange);
     connect(document(), &QTextDocument::contentsChanged, this, &BioEditor::followScript);
+    connect(document(), &QTextDocument::contentsChanged, this, &BioEditor::showMore);
     followScript();
+}
+
+QString BioEditor::shownText() const
+{
+    // toPlainText() would turn hard blanks into plain ones.
+    return document()->toRawText().replace(QChar::ParagraphSeparator, QLatin1Char('\n'));
+}
+
+QString BioEditor::wholeText() const
+{
+    return shownText() + m_hidden;
+}
+
+void BioEditor::setWholeText(const QString &text)
+{
+    const qsizetype cut = cutAt(text, maxShown);
+    m_hidden.clear();
+    setPlainText(text.left(cut));
+    m_hidden = text.mid(cut);
+    m_refillBelow = m_shownLength / 2;
+}
+
+void BioEditor::insertFromMimeData(const QMimeData *source)
+{
+    const QString pasted = source->text();
+    const QTextCursor cursor = textCursor();
+    const QString shown = shownText() + pasted;
+    if (cutAt(shown, maxShown) == shown.size()) {
+        QPlainTextEdit::insertFromMimeData(source);
+        return;
+    }
+    QString whole = wholeText();
+    const bool isAllReplaced = cursor.selectionEnd() - cursor.selectionStart() >= m_shownLength;
+    if (isAllReplaced)
+        whole = pasted;
+    else
+        whole.replace(cursor.selectionStart(), cursor.selectionEnd() - cursor.selectionStart(), pasted);
+    const qsizetype caret = cursor.selectionStart() + pasted.size();
+    setWholeText(whole);
+    QTextCursor after = textCursor();
+    after.setPosition(int(std::min<qsizetype>(caret, m_shownLength)));
+    setTextCursor(after);
+    Q_EMIT textChanged(); // of what is not shown, too
+}
+
+void BioEditor::noteChange(int position, int removed, int added)
+{
+    const bool isOnlyRestyled = added == removed;
+    if (position == 0 && removed >= m_shownLength && !isOnlyRestyled)
+        m_hidden.clear();
+    m_shownLength = document()->characterCount() - 1; // without the end of the last paragraph
+}
+
+void BioEditor::showMore()
+{
+    if (m_hidden.isEmpty() || m_shownLength > m_refillBelow)
+        return;
+    const qsizetype cut = cutAt(m_hidden, maxShown / 2);
+    const QString next = m_hidden.left(cut);
+    m_hidden.remove(0, cut);
+    setUndoRedoEnabled(false); // undoing would take away what was never typed
+    QTextCursor end(document());
+    end.movePosition(QTextCursor::End);
+    end.insertText(next);
+    setUndoRedoEnabled(true);
+    m_refillBelow = m_shownLength / 2;
 }
 
 void BioEditor::followScript()

@@ -1,5 +1,6 @@
 #include "ui/sidebar/TextBinding.h"
 
+#include "ui/sidebar/BioEditor.h"
 #include "ui/window/ViewEnvironment.h"
 
 #include <QSignalBlocker>
@@ -43,7 +44,7 @@ private:
         editor.setText(text);
         editor.setCursorPosition(editor.hasFocus() ? caret : 0); // an unfocused field shows its beginning
     }
-    static void show(QPlainTextEdit &editor, const QString &text) { editor.setPlainText(text); }
+    static void show(BioEditor &editor, const QString &text) { editor.setWholeText(text); }
 
     TextField m_field;
     QString m_known;
@@ -59,13 +60,11 @@ void bindText(QLineEdit &editor, TextField field)
     QObject::connect(&editor, &QLineEdit::textChanged, binding, &TextBinding::write);
 }
 
-void bindText(QPlainTextEdit &editor, TextField field)
+void bindText(BioEditor &editor, TextField field)
 {
     auto *const binding = new TextBinding(editor, field); // owned by the editor
-    QObject::connect(&editor, &QPlainTextEdit::textChanged, binding, [binding, &editor] {
-        // toPlainText() would turn hard blanks into plain ones.
-        binding->write(editor.document()->toRawText().replace(QChar::ParagraphSeparator, QLatin1Char('\n')));
-    });
+    QObject::connect(&editor, &BioEditor::textChanged, binding,
+                     [binding, &editor] { binding->write(editor.wholeText()); });
 }
 
 } // namespace ambrel

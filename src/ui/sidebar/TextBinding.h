@@ -3,9 +3,10 @@
 #include "state/AmbrelAppState.h"
 
 #include <QLineEdit>
-#include <QPlainTextEdit>
 
 namespace ambrel {
+
+class BioEditor;
 
 /// A text of the state that the user edits.
 using TextField = Published<AmbrelAppState, QString> AmbrelAppState::*;
@@ -14,6 +15,6 @@ using TextField = Published<AmbrelAppState, QString> AmbrelAppState::*;
 /// the editor. A refresh that brings nothing new leaves caret, selection, undo and a composition in progress alone.
 /// `editor` must stand in a view environment.
 void bindText(QLineEdit &editor, TextField field);
-void bindText(QPlainTextEdit &editor, TextField field);
+void bindText(BioEditor &editor, TextField field);
 
 } // namespace ambrel

@@ -16,6 +16,7 @@
 #include <QPlainTextEdit>
 #include <QScrollArea>
 #include <QScrollBar>
+#include <ctime>
 
 using namespace ambrel;
 
@@ -103,6 +104,87 @@ private Q_SLOTS:
         sidebar.refresh();
         QCOMPARE(bio->toPlainText(), QStringLiteral("from\nthe server"));
         QCOMPARE(sidebar.state().profileBio.value(), QStringLiteral("from\r\nthe server")); // shown, not changed
+    }
+
+    void noBioStopsTheWindow_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::newRow("100 kB on one line") << QString(100'000, QLatin1Char('x'));
+        QTest::newRow("10 MB on one line") << QStringLiteral("lorem ipsum ").repeated(900'000);
+        QTest::newRow("10 MB of lines") << QStringLiteral("x\n").repeated(5'000'000);
+        QTest::newRow("combining marks") << QStringLiteral("Z") + QString(1'000'000, QChar(0x0301));
+        QTest::newRow("Devanagari") << QStringLiteral("\u0928\u092e\u0938\u094d\u0924\u0947 ").repeated(100'000);
+        QTest::newRow("emoji") << QStringLiteral("a") + QStringLiteral("\U0001F600").repeated(500'000);
+    }
+    void noBioStopsTheWindow()
+    {
+        QFETCH(const QString, text);
+        Sidebar sidebar(tall);
+        auto *const bio = sidebar.named<QPlainTextEdit>(QStringLiteral("Bio"));
+        sidebar.state().profileBio = QStringLiteral("warm Z\u0301 \u0928 \U0001F600"); // loads its fonts
+        sidebar.refresh();
+        timespec start{};
+        clock_gettime(CLOCK_THREAD_CPUTIME_ID, &start);
+        sidebar.state().profileBio = text;
+        sidebar.refresh();
+        bio->grab();
+        timespec end{};
+        clock_gettime(CLOCK_THREAD_CPUTIME_ID, &end);
+        const double cost = double(end.tv_sec - start.tv_sec) + double(end.tv_nsec - start.tv_nsec) / 1e9;
+        QVERIFY2(cost < 0.1, qPrintable(QString::number(cost)));
+        QVERIFY(text.startsWith(bio->toPlainText()) && bio->toPlainText().size() >= 200);
+        QVERIFY(sidebar.state().profileBio.value() == text); // as it was sent
+
+        bio->setFocus();
+        bio->moveCursor(QTextCursor::Start);
+        QTest::keyClicks(bio, QStringLiteral("I "));
+        QVERIFY(sidebar.state().profileBio.value() == QStringLiteral("I ") + text);
+        QTest::keyClick(bio, Qt::Key_Z, Qt::ControlModifier);
+        QVERIFY(sidebar.state().profileBio.value() == text);
+    }
+
+    void whatIsHiddenOfABioComesIntoSightAndGoesWithTheRest()
+    {
+        Sidebar sidebar(tall);
+        auto *const bio = sidebar.named<QPlainTextEdit>(QStringLiteral("Bio"));
+        QString text = QStringLiteral("0123456789").repeated(3'000);
+        sidebar.state().profileBio = text;
+        sidebar.refresh();
+        bio->setFocus();
+        QTextCursor cursor = bio->textCursor();
+        cursor.setPosition(10);
+        cursor.setPosition(4'010, QTextCursor::KeepAnchor);
+        bio->setTextCursor(cursor);
+        QTest::keyClick(bio, Qt::Key_Delete);
+        text.remove(10, 4'000);
+        QVERIFY(sidebar.state().profileBio.value() == text);
+        QVERIFY(text.startsWith(bio->toPlainText()) && bio->toPlainText().size() > 1'500);
+        QTest::keyClick(bio, Qt::Key_Z, Qt::ControlModifier);
+        QVERIFY(sidebar.state().profileBio.value() == text); // or what was never typed would go
+
+        bio->selectAll();
+        QTest::keyClicks(bio, QStringLiteral("new"));
+        QCOMPARE(sidebar.state().profileBio.value(), QStringLiteral("new"));
+    }
+
+    void aHugeTextPastedIntoTheBioIsKeptWhole()
+    {
+        Sidebar sidebar(tall);
+        auto *const bio = sidebar.named<QPlainTextEdit>(QStringLiteral("Bio"));
+        sidebar.state().profileBio = QStringLiteral("Hello world");
+        sidebar.refresh();
+        bio->setFocus();
+        QTextCursor cursor = bio->textCursor();
+        cursor.setPosition(6);
+        bio->setTextCursor(cursor);
+        const QString pasted = QStringLiteral("wide ").repeated(200'000);
+        QGuiApplication::clipboard()->setText(pasted);
+        QTest::keyClick(bio, Qt::Key_V, Qt::ControlModifier);
+        QTRY_VERIFY(sidebar.state().profileBio.value() == QStringLiteral("Hello ") + pasted + QStringLiteral("world"));
+        QVERIFY(bio->toPlainText().size() < 10'000);
+        bio->selectAll();
+        QTest::keyClick(bio, Qt::Key_V, Qt::ControlModifier);
+        QTRY_VERIFY(sidebar.state().profileBio.value() == pasted);
     }
 
     void refreshKeepsCaretSelectionUndoAndFocus()
