@@ -160,6 +160,7 @@ inline constexpr int profileSpacing = 14;
 inline constexpr int largePhotoHeight = 250;
 inline constexpr int largePhotoSymbolSize = 68;
 inline constexpr int largePhotoSymbolSpacing = 8;
+inline constexpr std::chrono::milliseconds photoFadeDuration{120};
 inline constexpr QSize thumbnailSize{74, 90};
 inline constexpr int thumbnailSpacing = 8;
 inline constexpr int noSelectionLogoSize = 94;

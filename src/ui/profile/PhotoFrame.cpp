@@ -3,6 +3,7 @@
 #include "state/MatchProximity.h"
 #include "toolkit/AccessibleRole.h"
 #include "toolkit/BidiIsolation.h"
+#include "toolkit/ReducedMotion.h"
 #include "ui/look/Painting.h"
 #include "ui/look/Theme.h"
 #include "ui/profile/PersonSymbol.h"
@@ -25,15 +26,16 @@ void PhotoFrame::setMatch(const MatchResult &match)
 {
     const QList<PhotoText> photos = visiblePhotos(match);
     const bool hasPhoto = isPhotoVisible(match) && !photos.isEmpty();
-    setPhoto(match.userId, match.displayName, hasPhoto ? std::optional(photos.first()) : std::nullopt);
+    setPhoto(match.userId, QStringLiteral("Photo of ") + isolated(match.displayName),
+             hasPhoto ? std::optional(photos.first()) : std::nullopt);
 }
 
-void PhotoFrame::setPhoto(const QString &personId, const QString &personName, const std::optional<PhotoText> &photo)
+void PhotoFrame::setPhoto(const QString &id, const QString &name, const std::optional<PhotoText> &photo)
 {
-    const bool isSamePerson = std::exchange(m_personId, personId) == personId;
-    m_personName = personName;
+    const bool isSame = std::exchange(m_id, id) == id;
+    m_name = name;
     m_photo = photo;
-    if (!photo || !isSamePerson) {
+    if (!photo || !isSame) {
         m_order.reset();
         m_shown.reset();
         setContent(photo ? Content::Nothing : Content::Placeholder);
@@ -63,6 +65,7 @@ void PhotoFrame::orderPhoto()
         .frame = frame,
         .shown = isShown ? m_shown : std::nullopt,
         .receive = [this](const LoadedPhoto &loaded) { receive(loaded); },
+        .isOnScreen = [this] { return !visibleRegion().isEmpty(); },
     });
 }
 
@@ -79,17 +82,37 @@ void PhotoFrame::setContent(Content content, const QImage &image)
 {
     if (content == m_content && content != Content::Photo)
         return;
+    const bool isNew = m_content != content;
     m_content = content;
     m_image = image;
+    delete m_fade;
+    if (content == Content::Photo && isNew)
+        fadeIn();
     updateAccessibleName();
     update();
     Q_EMIT contentChanged();
 }
 
+void PhotoFrame::fadeIn()
+{
+    if (isMotionReduced() || visibleRegion().isEmpty())
+        return;
+    m_fade = new QVariantAnimation(this); // deletes itself at its end
+    m_fade->setStartValue(0.0);
+    m_fade->setEndValue(1.0);
+    m_fade->setDuration(int(theme::photoFadeDuration.count()));
+    connect(m_fade, &QVariantAnimation::valueChanged, this, qOverload<>(&QWidget::update));
+    m_fade->start(QAbstractAnimation::DeleteWhenStopped);
+}
+
+bool PhotoFrame::isFading() const
+{
+    return m_fade && m_fade->state() == QAbstractAnimation::Running;
+}
+
 void PhotoFrame::updateAccessibleName()
 {
-    const QString name =
-        isLocked() ? QStringLiteral("Photo locked") : QStringLiteral("Photo of ") + isolated(m_personName);
+    const QString name = isLocked() ? QStringLiteral("Photo locked") : m_name;
     if (name != accessibleName())
         setAccessibleName(name);
 }
@@ -98,7 +121,7 @@ void PhotoFrame::paintEvent(QPaintEvent *)
 {
     orderPhoto(); // anew when the window has come to a screen of another scale
     QPainter painter(this);
-    const bool isCovered = m_content == Content::Photo && !m_image.hasAlphaChannel();
+    const bool isCovered = m_content == Content::Photo && !m_image.hasAlphaChannel() && !isFading();
     if (!isCovered)
         fillRounded(painter, rect(), theme::photoFrame);
     if (m_content == Content::Placeholder)
@@ -112,6 +135,8 @@ void PhotoFrame::paintPhoto(QPainter &painter) const
     QBrush brush(m_image);
     brush.setTransform(QTransform::fromScale(double(width()) / m_image.width(), double(height()) / m_image.height()));
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
+    if (isFading())
+        painter.setOpacity(m_fade->currentValue().toReal());
     fillRounded(painter, rect(), brush);
 }
 

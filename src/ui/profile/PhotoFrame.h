@@ -4,6 +4,8 @@
 #include "model/ResponseRecords.h"
 
 #include <QImage>
+#include <QPointer>
+#include <QVariantAnimation>
 #include <QWidget>
 #include <memory>
 #include <optional>
@@ -14,8 +16,9 @@ struct PhotoOrder;
 struct LoadedPhoto;
 
 /// A rounded frame with one photo in it, or the lock placeholder. The photo is decoded off the main thread for the
-/// size of the frame: a new person's frame stays plain until then, and while one person's photo changes the old one
-/// stays. Equal photos, however they came, are neither decoded nor painted again. Needs a view environment.
+/// size of the frame, and fades in unless motion is unwelcome: a new person's frame stays plain until then, and while
+/// one person's photo changes the old one stays. Equal photos, however they came, are neither decoded nor painted
+/// again. Needs a view environment.
 class PhotoFrame : public QWidget
 {
     Q_OBJECT
@@ -33,12 +36,13 @@ public:
 
     /// Shows the first photo of `match`, as far as its heat level allows.
     void setMatch(const MatchResult &match);
-    /// Shows this photo of a person, or the placeholder for nothing.
-    void setPhoto(const QString &personId, const QString &personName, const std::optional<PhotoText> &photo);
+    /// Shows this photo, or the placeholder for nothing. `id` stays the same while it is to be seen as the same photo
+    /// of the same person; `name` is what a screen reader says of it.
+    void setPhoto(const QString &id, const QString &name, const std::optional<PhotoText> &photo);
     /// True when there is no photo to be seen: none given, or its text is no photo.
     bool isLocked() const { return m_content == Content::Placeholder; }
-    /// True while a photo is being decoded, or compared with the one that is shown.
-    bool isWaiting() const { return m_order != nullptr; }
+    /// True while a photo is being decoded, or compared with the one that is shown, or fades in.
+    bool isWaiting() const { return m_order || isFading(); }
 
 Q_SIGNALS:
     /// The frame shows something else.
@@ -56,20 +60,23 @@ private:
     void orderPhoto();
     void receive(const LoadedPhoto &loaded);
     void setContent(Content content, const QImage &image = {});
+    void fadeIn();
+    bool isFading() const;
     void updateAccessibleName();
     void paintPlaceholder(QPainter &painter) const;
     void paintPhoto(QPainter &painter) const;
 
     const Placeholder m_placeholder;
-    QString m_personId;
-    QString m_personName;
+    QString m_id;
+    QString m_name;
     std::optional<PhotoText> m_photo; // the newest text, so that no older reply is kept alive
     std::shared_ptr<const PhotoOrder> m_order;
 
     Content m_content = Content::Nothing;
     QImage m_image;
-    std::optional<PhotoText> m_shown; // the text that the content came of
-    QSize m_shownFrame;               // device pixels
+    QPointer<QVariantAnimation> m_fade; // there while the photo fades in
+    std::optional<PhotoText> m_shown;   // the text that the content came of
+    QSize m_shownFrame;                 // device pixels
 };
 
 } // namespace ambrel

@@ -13,17 +13,19 @@ namespace ambrel {
 namespace {
 
 /// One core stays free for replies and for the window.
-int mostAtOnce()
+int maxAtOnce()
 {
     return std::max(1, QThread::idealThreadCount() - 1);
 }
 
 /// Runs on the worker pool.
-LoadedPhoto loaded(const PhotoText &photo, QSize frame, const std::optional<PhotoText> &shown)
+LoadedPhoto loaded(const PhotoText &photo, QSize frame, const std::optional<PhotoText> &shown,
+                   const std::weak_ptr<const PhotoOrder> &order)
 {
     if (shown && *shown == photo)
         return {.isUnchanged = true, .image = {}};
-    return {.isUnchanged = false, .image = dataURLImage(photo.view(), frame)};
+    return {.isUnchanged = false,
+            .image = dataURLImage(photo.view(), frame, {.isWanted = [order] { return !order.expired(); }})};
 }
 
 } // namespace
@@ -43,24 +45,38 @@ std::shared_ptr<const PhotoOrder> PhotoLoader::load(PhotoOrder order)
     return kept;
 }
 
+std::shared_ptr<const PhotoOrder> PhotoLoader::takeNext()
+{
+    std::erase_if(m_waiting, [](const auto &order) { return order.expired(); }); // called off
+    if (m_waiting.empty())
+        return {};
+    auto next =
+        std::find_if(m_waiting.begin(), m_waiting.end(), [](const auto &order) { return order.lock()->isOnScreen(); });
+    if (next == m_waiting.end())
+        next = m_waiting.begin();
+    auto order = next->lock();
+    m_waiting.erase(next);
+    return order;
+}
+
 void PhotoLoader::startNext()
 {
-    while (m_running < mostAtOnce() && !m_waiting.empty()) {
-        const std::weak_ptr<const PhotoOrder> waiting = std::move(m_waiting.front());
-        m_waiting.pop_front();
-        const auto order = waiting.lock();
+    while (m_running < maxAtOnce()) {
+        const auto order = takeNext();
         if (!order)
-            continue; // called off
+            return;
         ++m_running;
+        const std::weak_ptr<const PhotoOrder> waiting = order;
         const bool isStarted = startOnWorker([loader = QPointer(this), home = CallQueue::ofThisThread(), waiting,
                                               photo = order->photo, frame = order->frame, shown = order->shown] {
-            home->post([loader, waiting, result = loaded(photo, frame, shown)] {
+            home->post([loader, waiting, result = loaded(photo, frame, shown, waiting)] {
                 if (loader)
                     loader->finish(waiting, result);
             });
         });
         if (!isStarted)
-            finish(waiting, {});
+            QMetaObject::invokeMethod(
+                this, [this, waiting] { finish(waiting, {}); }, Qt::QueuedConnection);
     }
 }
 

@@ -28,10 +28,11 @@ struct PhotoOrder
     QSize frame;                    ///< device pixels
     std::optional<PhotoText> shown; ///< what the view shows in this size already
     std::function<void(const LoadedPhoto &)> receive;
+    std::function<bool()> isOnScreen = [] { return true; }; ///< who can be seen goes first; asked on the main thread
 };
 
-/// Decodes photos on the worker pool, a few at a time, in the order in which they were wanted. Keeps no photo.
-/// Main thread only.
+/// Decodes photos on the worker pool, a few at a time: those on screen first, then in the order in which they were
+/// wanted. Keeps no photo. Main thread only.
 class PhotoLoader : public QObject
 {
     Q_OBJECT
@@ -41,13 +42,14 @@ public:
     static PhotoLoader &of(const QWidget &view);
 
     /// Has the photo decoded and handed to `receive`, from the event loop. Dropping the returned order calls it off:
-    /// `receive` is then not called, and work that has not begun never does.
+    /// `receive` is then not called, and the work ends soon or never begins.
     [[nodiscard]] std::shared_ptr<const PhotoOrder> load(PhotoOrder order);
 
 private:
     using QObject::QObject;
 
     void startNext();
+    std::shared_ptr<const PhotoOrder> takeNext();
     void finish(const std::weak_ptr<const PhotoOrder> &order, const LoadedPhoto &photo);
 
     std::deque<std::weak_ptr<const PhotoOrder>> m_waiting;

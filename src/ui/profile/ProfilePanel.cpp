@@ -38,6 +38,7 @@ ProfilePanel::ProfilePanel(QWidget *parent) : QWidget(parent), m_scrollArea(new 
     m_scrollArea->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     m_scrollArea->setWidgetResizable(true);
     showThrough(*m_scrollArea, *makeContent());
+    m_scrollArea->setAccessibleName(QStringLiteral("Profile"));
     enableKeyboardScrolling(*m_scrollArea);
 
     auto *const layout = new QVBoxLayout(this);

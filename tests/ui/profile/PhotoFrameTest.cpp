@@ -179,6 +179,45 @@ private Q_SLOTS:
         COMPARE_COLORS(card.atCenter(), QColor(Qt::red));
     }
 
+    void aPhotoFadesInAndLeavesNothingRunning()
+    {
+        CardPhoto card;
+        QList<QColor> seen;
+        connect(card.view, &PhotoFrame::contentChanged, card.view, [&] { seen.append(card.atCenter()); });
+        card.view->setMatch(person(QStringLiteral("Ana"), {plainPhoto(Qt::blue)}));
+        QTRY_COMPARE(seen.size(), 1);
+        COMPARE_COLORS(seen.first(), over(theme::photoFrame, windowColor)); // no lock, and not yet the photo
+        QTRY_VERIFY(card.isSettled());
+        COMPARE_COLORS(card.atCenter(), QColor(Qt::blue));
+        QTRY_VERIFY(card.view->findChildren<QAbstractAnimation *>().isEmpty());
+        QVERIFY(theme::photoFadeDuration <= std::chrono::milliseconds(150));
+
+        card.view->setMatch(person(QStringLiteral("Ana"), {plainPhoto(Qt::blue)})); // decoded already
+        QTRY_VERIFY(card.isSettled());
+        QVERIFY(card.view->findChildren<QAbstractAnimation *>().isEmpty());
+    }
+
+    void photosOnScreenAreDecodedBeforeOthers()
+    {
+        CardPhoto card;
+        PhotoLoader &loader = PhotoLoader::of(*card.view);
+        std::optional<BusyWorkers> busy(std::in_place);
+        QList<int> received;
+        QList<std::shared_ptr<const PhotoOrder>> orders;
+        const int begun = QThread::idealThreadCount();
+        for (int i = 0; i < begun + 20; ++i) {
+            const bool isOnScreen = i < begun || i == begun + 19;
+            orders.append(loader.load({.photo = plainPhoto(Qt::red),
+                                       .frame = {40, 40},
+                                       .shown = {},
+                                       .receive = [&received, i](const LoadedPhoto &) { received.append(i); },
+                                       .isOnScreen = [isOnScreen] { return isOnScreen; }}));
+        }
+        busy.reset();
+        QTRY_COMPARE(received.size(), begun + 20);
+        QVERIFY(received.indexOf(begun + 19) < 2 * begun);
+    }
+
     void onePersonsOldPhotoStaysUntilTheNewOneIsThere()
     {
         CardPhoto card;

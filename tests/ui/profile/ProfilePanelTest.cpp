@@ -10,6 +10,9 @@
 
 #include <QScrollArea>
 #include <QScrollBar>
+#include <QWheelEvent>
+#include <algorithm>
+#include <ctime>
 
 using namespace ambrel;
 
@@ -37,9 +40,17 @@ public:
             if (thumbnail->isVisible())
                 frames.append(thumbnail->geometry());
         }
+        std::sort(frames.begin(), frames.end(), [](const QRect &a, const QRect &b) { return a.x() < b.x(); });
         return frames;
     }
 };
+
+double processorSeconds()
+{
+    timespec time{};
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+    return double(time.tv_sec) + double(time.tv_nsec) / 1e9;
+}
 
 QString noteFor(const QString &heatLevel)
 {
@@ -139,6 +150,96 @@ private Q_SLOTS:
         panel.view->setMatch(person(QStringLiteral("Bea"), {broken, drawnPhoto(1)}));
         QTRY_COMPARE(panel.thumbnails().size(), 1);
         QVERIFY(panel.photo().isLocked());
+    }
+
+    void thumbnailsAreNamedByTheirPlace()
+    {
+        const PhotoText broken(QStringLiteral("data:image/png;base64,broken"));
+        PanelWindow panel(person(QStringLiteral("Ana"), {drawnPhoto(0), broken, drawnPhoto(2), drawnPhoto(3)}));
+        QTRY_COMPARE(panel.thumbnails().size(), 3);
+        QTRY_VERIFY(allPhotosAreThere(panel.window));
+        QCOMPARE(panel.photo().accessibleName(), QStringLiteral("Photo of Ana"));
+        for (int place = 1; place <= 3; ++place)
+            QVERIFY(panel.named<PhotoFrame>(QStringLiteral("Photo %1 of 3 of Ana").arg(place)));
+        QVERIFY(!panel.strip().accessibleName().isEmpty());
+        QVERIFY(!panel.view->findChild<QScrollArea *>()->accessibleName().isEmpty());
+    }
+
+    void theWheelScrollsTheStripAndThenTheProfile()
+    {
+        PanelWindow panel(person(QStringLiteral("Ana"), QList<PhotoText>(8, drawnPhoto())), 300);
+        QTRY_VERIFY(allPhotosAreThere(panel.window));
+        QScrollBar &bar = *panel.strip().horizontalScrollBar();
+        const auto turn = [&panel](int notches, Qt::KeyboardModifiers modifiers) {
+            QWidget *const target = panel.strip().viewport();
+            const QPointF middle = target->rect().center();
+            QWheelEvent event(middle, target->mapToGlobal(middle), {}, {0, -120 * notches}, Qt::NoButton, modifiers,
+                              Qt::NoScrollPhase, false);
+            QCoreApplication::sendEvent(target, &event);
+            return event.isAccepted();
+        };
+        QVERIFY(turn(1, Qt::NoModifier));
+        QCOMPARE(bar.value(), 82);
+        QVERIFY(turn(1, Qt::ShiftModifier));
+        QCOMPARE(bar.value(), 164);
+        QVERIFY(turn(-1, Qt::ShiftModifier));
+        QCOMPARE(bar.value(), 82);
+        QVERIFY(turn(-1, Qt::NoModifier));
+        QCOMPARE(bar.value(), 0);
+        QVERIFY(!turn(-1, Qt::NoModifier)); // left to the profile
+        bar.setValue(bar.maximum());
+        QVERIFY(!turn(1, Qt::ShiftModifier));
+    }
+
+    void theKeyboardScrollsTheStripAPhotoAtATime()
+    {
+        PanelWindow panel(person(QStringLiteral("Ana"), QList<PhotoText>(8, drawnPhoto())));
+        const QScrollBar &bar = *panel.strip().horizontalScrollBar();
+        panel.strip().setFocus(Qt::TabFocusReason);
+        for (const auto &[key, value] :
+             {std::pair(Qt::Key_Right, 82), std::pair(Qt::Key_Right, 164), std::pair(Qt::Key_Left, 82),
+              std::pair(Qt::Key_End, bar.maximum()), std::pair(Qt::Key_Home, 0)}) {
+            QTest::keyClick(&panel.strip(), key);
+            QCOMPARE(bar.value(), value);
+        }
+        QTest::keyClick(&panel.strip(), Qt::Key_End);
+        QTRY_COMPARE(panel.thumbnails().last().right() + 1, panel.strip().viewport()->width());
+    }
+
+    void aHundredThousandPhotosCostTheMainThreadNoMoreThanTen()
+    {
+        PanelWindow panel(person(QStringLiteral("Ana")));
+        const MatchResult many = person(QStringLiteral("Bea"), QList<PhotoText>(100'000, drawnPhoto()));
+        const double before = processorSeconds();
+        panel.view->setMatch(many);
+        panel.refresh();
+        const double cost = processorSeconds() - before;
+        QVERIFY2(cost < 0.1, qPrintable(QString::number(cost)));
+        QTRY_VERIFY(allPhotosAreThere(panel.window));
+        QVERIFY(panel.strip().findChildren<PhotoFrame *>().size() <= 12);
+        QCOMPARE(panel.strip().horizontalScrollBar()->maximum(), 100'000 * 82 - 8 - panel.strip().viewport()->width());
+        QTest::keyClick(&panel.strip(), Qt::Key_End);
+        QTRY_VERIFY(allPhotosAreThere(panel.window));
+        QVERIFY(panel.named<PhotoFrame>(QStringLiteral("Photo 100000 of 100000 of Bea")));
+        QVERIFY(panel.strip().findChildren<PhotoFrame *>().size() <= 24);
+    }
+
+    void thousandsOfTextsThatAreNoPhotosAreSkippedAtOnce()
+    {
+        QList<PhotoText> photos(10'000, PhotoText(QStringLiteral("x")));
+        photos[9'000] = drawnPhoto(1);
+        photos[9'999] = drawnPhoto(2);
+        PanelWindow panel(person(QStringLiteral("Ana")));
+        const double before = processorSeconds();
+        panel.view->setMatch(person(QStringLiteral("Bea"), photos));
+        QTRY_COMPARE_WITH_TIMEOUT(panel.thumbnails(), QList({QRect(0, 0, 74, 90), QRect(82, 0, 74, 90)}), 30'000);
+        const double cost = processorSeconds() - before;
+        QVERIFY2(cost < 1, qPrintable(QString::number(cost)));
+        QTRY_VERIFY(panel.named<PhotoFrame>(QStringLiteral("Photo 2 of 2 of Bea")));
+
+        photos[5'000] = drawnPhoto(3); // as the next reply brings it
+        panel.view->setMatch(person(QStringLiteral("Bea"), photos));
+        QTRY_COMPARE_WITH_TIMEOUT(panel.thumbnails().size(), 3, 30'000);
     }
 
     void aLongBiographyIsShownWholeAndScrolls()
