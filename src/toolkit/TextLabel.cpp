@@ -1,6 +1,7 @@
 #include "toolkit/TextLabel.h"
 
 #include "toolkit/AccessibleRole.h"
+#include "toolkit/FontSearch.h"
 
 #include <QAccessibleWidget>
 #include <QEvent>
@@ -124,6 +125,8 @@ const TextLines &TextLabel::linesAt(int wanted) const
         if (m_measured[0].width != width) {
             m_measured[0] = {width, breakLines(width)};
             m_laidOutLetters += m_measured[0].lines.laidOutLetters();
+            if (m_measured[0].lines.waitsForFonts() && !std::exchange(m_waitsForFonts, true))
+                connect(&FontSearch::instance(), &FontSearch::goneOn, this, &TextLabel::relayOut);
         }
     }
     return m_measured[0].lines;
@@ -131,6 +134,8 @@ const TextLines &TextLabel::linesAt(int wanted) const
 
 void TextLabel::forgetLines()
 {
+    if (std::exchange(m_waitsForFonts, false))
+        FontSearch::instance().disconnect(this);
     m_measured = {};
 }
 

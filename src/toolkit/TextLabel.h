@@ -54,6 +54,7 @@ private:
     QString m_text;
     Qt::Alignment m_alignment = Qt::AlignLeading | Qt::AlignVCenter;
     mutable std::array<Measured, 2> m_measured; // layouts ask for a wanted and for the actual width in turn
+    mutable bool m_waitsForFonts = false;
     mutable qsizetype m_laidOutLetters = 0;
 };
 

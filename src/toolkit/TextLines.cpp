@@ -1,5 +1,7 @@
 #include "toolkit/TextLines.h"
 
+#include "toolkit/FontSearch.h"
+
 #include <QFontMetricsF>
 #include <QPainter>
 #include <QTextLayout>
@@ -93,7 +95,10 @@ TextLines::TextLines(TextLines &&) noexcept = default;
 TextLines &TextLines::operator=(TextLines &&) noexcept = default;
 TextLines::~TextLines() = default;
 
-TextLines::TextLines(QString text, const QFont &font) : m_text(std::move(text)), m_font(font) {}
+TextLines::TextLines(const QString &text, const QFont &font)
+    : m_text(FontSearch::instance().shownFor(text, font)), m_font(font), m_waitsForFonts(m_text != text)
+{
+}
 
 TextLines TextLines::wrapped(const QString &text, const QFont &font, qreal width)
 {

@@ -37,6 +37,8 @@ public:
     /// The same, line by line.
     QStringList shownLines() const;
     int lineCount() const { return int(m_lines.size()); }
+    /// Whether letters are missing until FontSearch has gone on.
+    bool waitsForFonts() const { return m_waitsForFonts; }
     /// How many letters were laid out to find the lines: the work done.
     qsizetype laidOutLetters() const { return m_laidOutLetters; }
 
@@ -57,7 +59,7 @@ private:
         mutable std::unique_ptr<QTextLayout> layout; // made when first drawn
     };
 
-    TextLines(QString text, const QFont &font);
+    TextLines(const QString &text, const QFont &font);
     void breakAll(qreal width, int maximumLines);
     void breakParagraph(qsizetype start, qsizetype end, qreal width, int maximumLines);
     void appendLine(qsizetype start, qsizetype length, qreal ascent, qreal descent, qreal width, bool isRightToLeft);
@@ -68,6 +70,7 @@ private:
     QFont m_font;
     std::vector<Line> m_lines;
     int m_height = 0;
+    bool m_waitsForFonts = false;
     qsizetype m_laidOutLetters = 0;
 };
 

@@ -3,7 +3,10 @@
 #include "toolkit/WrappedLabel.h"
 
 #include <QApplication>
+#include <QElapsedTimer>
 #include <QTest>
+#include <chrono>
+#include <ctime>
 
 using namespace ambrel;
 
@@ -11,6 +14,14 @@ namespace {
 
 const QString prose = QStringLiteral("Likes long walks, short films and a good espresso in the morning. ").repeated(4);
 const QString million(1'000'000, u'w');
+
+/// Processor time of this thread: what other programs take does not count.
+std::chrono::nanoseconds threadTime()
+{
+    timespec now{};
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
+    return std::chrono::seconds(now.tv_sec) + std::chrono::nanoseconds(now.tv_nsec);
+}
 
 } // namespace
 
@@ -82,6 +93,35 @@ private Q_SLOTS:
             QVERIFY2(label.laidOutLetters() < 15'000, qPrintable(QString::number(label.laidOutLetters())));
             QVERIFY(TextLines::elided(text, label.font(), 400, 2).shownText().endsWith(u'\u2026'));
         }
+    }
+
+    void rareLettersNeverStopTheWindowForLongAndAreAllShownInTheEnd()
+    {
+        QString rare;
+        for (char32_t letter = 0x1000; letter < 0x1f000 && rare.size() < 400; letter += 0x120) {
+            if (QChar::category(letter) == QChar::Letter_Other || QChar::category(letter) == QChar::Symbol_Other)
+                rare += QString::fromUcs4(&letter, 1);
+        }
+        QVERIFY(rare.size() > 100);
+        ElidedLabel label(rare);
+        label.resize(16'000, 60);
+        std::chrono::nanoseconds longest{0};
+        int turns = 0;
+        QElapsedTimer patience;
+        for (patience.start(); TextLines::elided(rare, label.font(), 16'000, 1).waitsForFonts(); ++turns) {
+            QVERIFY(patience.elapsed() < 60'000);
+            const auto start = threadTime();
+            QCoreApplication::processEvents(QEventLoop::AllEvents, 0);
+            label.grab();
+            longest = std::max(longest, threadTime() - start);
+        }
+        QVERIFY2(turns > 3, qPrintable(QString::number(turns)));
+        const auto milliseconds = std::chrono::duration_cast<std::chrono::milliseconds>(longest).count();
+        QVERIFY2(milliseconds < 500, qPrintable(QString::number(milliseconds)));
+        QTRY_COMPARE(TextLines::elided(rare, label.font(), 16'000, 1).shownText(), rare);
+        ElidedLabel other(rare);
+        other.resize(label.size());
+        QTRY_COMPARE(label.grab().toImage(), other.grab().toImage());
     }
 
     void elidedTextIsNeverCutInsideALetter()

@@ -55,6 +55,7 @@ private Q_SLOTS:
     {
         WrappedLabel label(prose + QStringLiteral("\u4f60\u597d \U0001F469\u200D\U0001F469\u200D\U0001F467 ") + hebrew);
         label.setAlignment(Qt::AlignLeading | Qt::AlignTop);
+        QTRY_VERIFY(!TextLines::wrapped(label.text(), label.font(), 300).waitsForFonts());
         int previous = QWIDGETSIZE_MAX;
         for (int width = 40; width < 700; width += 33) {
             const int height = label.heightForWidth(width);
