@@ -1,5 +1,7 @@
 #include "toolkit/LazyColumn.h"
 
+#include "toolkit/AccessibleScrollArea.h"
+
 #include <QEvent>
 #include <QGuiApplication>
 #include <QLayout>
@@ -35,6 +37,7 @@ bool mayRecycle(const QScrollBar &bar)
 
 LazyColumn::LazyColumn(LazyColumnSource &source, QWidget *parent) : QAbstractScrollArea(parent), m_source(source)
 {
+    AccessibleScrollArea::installOn(*this);
     setFrameShape(QFrame::NoFrame);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setFocusPolicy(Qt::ClickFocus);
