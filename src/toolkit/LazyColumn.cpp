@@ -64,42 +64,6 @@ void LazyColumn::setRowHeight(int pixels)
     layOutAgain();
 }
 
-void LazyColumn::refresh()
-{
-    const QScopedValueRollback<bool> guard(m_isLayingOut, true);
-    const int oldFocused = focusedIndex();
-    const bool isLent = hasLentFocus();
-    const bool staysAtTop = scrollPosition() == 0 && oldFocused < 0;
-    const bool focusWasSeen =
-        oldFocused >= firstVisible() && topOf(oldFocused) < scrollPosition() + viewport()->height();
-    m_count = m_source.count();
-
-    std::vector<Row> lost;
-    int newFocused = -1;
-    int heir = -1;
-    if (const Row *focused = rowAt(oldFocused)) {
-        newFocused = indexOfId(focused->id, oldFocused);
-        if (newFocused < 0) {
-            heir = heirOf(oldFocused);
-            lost.push_back(*focused);
-        }
-    }
-    place(staysAtTop ? Anchor{0, m_padding} : anchorAfterChange());
-    if (!lost.empty())
-        std::erase_if(m_rows, [&lost](const Row &row) { return row.widget == lost.front().widget; });
-    adoptNewIndexes(oldFocused, newFocused);
-    buildRows(newFocused >= 0 ? newFocused : heir, true);
-
-    if (!lost.empty()) {
-        bequeathFocusTo(heir, isLent);
-        retire(lost);
-        if (heir >= 0 && focusWasSeen) {
-            reveal(heir);
-            buildRows(heir, false);
-        }
-    }
-}
-
 bool LazyColumn::event(QEvent *event)
 {
     if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange) {
@@ -120,7 +84,7 @@ void LazyColumn::resizeEvent(QResizeEvent *)
 void LazyColumn::scrollContentsBy(int, int)
 {
     if (!m_isLayingOut)
-        buildRows(focusedIndex(), false);
+        showRows(focusedEntry(), false);
 }
 
 void LazyColumn::wheelEvent(QWheelEvent *event)
@@ -144,16 +108,15 @@ int LazyColumn::firstVisible() const
     return std::max(0, (scrollPosition() - m_padding + m_spacing) / std::max(1, rowStep()));
 }
 
-int LazyColumn::firstFullyVisible() const
+bool LazyColumn::isOnScreen(int index) const
 {
-    const int first = firstVisible();
-    return std::min(topOf(first) < scrollPosition() ? first + 1 : first, m_count - 1);
+    return index >= firstVisible() && topOf(index) < scrollPosition() + viewport()->height();
 }
 
-int LazyColumn::lastFullyVisible() const
+bool LazyColumn::isWhollyOnScreen(int index) const
 {
-    const int room = scrollPosition() + viewport()->height() - m_padding + m_spacing;
-    return std::clamp(room / std::max(1, rowStep()) - 1, 0, m_count - 1);
+    const int top = topOf(index) - scrollPosition();
+    return top >= 0 && top + m_rowHeight <= viewport()->height();
 }
 
 LazyColumn::Anchor LazyColumn::currentAnchor() const
@@ -178,7 +141,8 @@ void LazyColumn::measureRow()
         if (m_source.count() == 0)
             return;
         std::vector<Row> none;
-        m_rows.push_back(takeOrMakeRow(0, none));
+        m_rows.push_back(recycleOrMakeRow(none));
+        m_source.bindRow(m_rows.front().widget, 0);
     }
     m_rowHeight = naturalHeight(*m_rows.front().widget, width);
     m_measuredWidth = width;
@@ -203,11 +167,11 @@ void LazyColumn::layOutAgain()
     if (scrollPosition() == 0)
         anchor = {0, m_padding};
     place(anchor);
-    buildRows(focusedIndex(), false);
+    showRows(focusedEntry(), false);
 }
 
-/// What is on screen, half a screen before and after it, and the focused row with its neighbours, so that Tab finds
-/// a widget to go to.
+/// What is on screen, half a screen before and after it, and the focused row with its neighbours, one of which takes
+/// the focus over when it leaves the list.
 std::vector<int> LazyColumn::wantedIndexes(int focusedIndex) const
 {
     const int end = std::min(m_count, m_source.count()); // the list may have changed since the last refresh
@@ -226,50 +190,94 @@ std::vector<int> LazyColumn::wantedIndexes(int focusedIndex) const
     return wanted;
 }
 
-void LazyColumn::buildRows(int focusedIndex, bool bindAll)
+/// Gives each wanted entry a row: the one that shows its id already, else one that is no longer wanted, else a new one.
+void LazyColumn::showRows(FocusedEntry focused, bool bindsAll)
 {
-    const std::vector<int> wanted = wantedIndexes(focusedIndex);
-    std::vector<Row> before = std::exchange(m_rows, {});
-    const auto firstSpare = std::stable_partition(before.begin(), before.end(), [&wanted](const Row &row) {
-        return std::binary_search(wanted.begin(), wanted.end(), row.index);
-    });
-    std::vector<Row> spares(firstSpare, before.end());
-    before.erase(firstSpare, before.end());
+    std::vector<Row> spares = std::exchange(m_rows, {});
+    const std::vector<int> wanted = wantedIndexes(focused.index);
+    for (const int index : wanted)
+        m_rows.push_back(takeRowFor(index, focused, spares));
     if (!mayRecycle(*verticalScrollBar()))
         retire(std::exchange(spares, {}));
 
-    bool isNewOrder = bindAll;
-    for (const int index : wanted) {
-        const auto kept =
-            std::find_if(before.begin(), before.end(), [index](const Row &row) { return row.index == index; });
-        const bool isKept = kept != before.end();
-        m_rows.push_back(isKept ? *kept : takeOrMakeRow(index, spares));
-        if (isKept && bindAll)
-            m_source.bindRow(m_rows.back().widget, index);
-        isNewOrder = isNewOrder || !isKept;
-    }
-    retire(spares);
-    for (const Row &row : m_rows) {
+    bool isNewOrder = bindsAll;
+    for (std::size_t i = 0; i < m_rows.size(); ++i) {
+        Row &row = m_rows[i];
+        const bool isFound = row.widget;
+        if (!isFound) {
+            const QString id = row.id;
+            row = recycleOrMakeRow(spares);
+            row.id = id;
+        }
+        const int before = std::exchange(row.index, wanted[i]);
+        if (bindsAll || !isFound || before != wanted[i])
+            m_source.bindRow(row.widget, wanted[i]);
         row.widget->setGeometry(0, topOf(row.index) - scrollPosition(), viewport()->width(), m_rowHeight);
         row.widget->show();
+        isNewOrder = isNewOrder || !isFound;
     }
+    retire(spares);
     if (isNewOrder)
-        threadTabOrder();
+        restack();
 }
 
-LazyColumn::Row LazyColumn::takeOrMakeRow(int index, std::vector<Row> &spares)
+/// Takes the row out of `rows` that keeps showing entry `index`: the focused one if that is the focused entry, else the
+/// nearest with its id. Has the id, but no widget, if there is none.
+LazyColumn::Row LazyColumn::takeRowFor(int index, FocusedEntry focused, std::vector<Row> &rows) const
+{
+    const QString id = m_source.idAt(index);
+    auto nearest = rows.end();
+    for (auto row = rows.begin(); row != rows.end(); ++row) {
+        const bool isMine = focused.row && (index == focused.index || row->widget == focused.row)
+                                ? index == focused.index && row->widget == focused.row
+                                : row->id == id;
+        if (isMine && (nearest == rows.end() || std::abs(row->index - index) < std::abs(nearest->index - index)))
+            nearest = row;
+    }
+    Row taken;
+    taken.id = id;
+    if (nearest != rows.end()) {
+        taken = std::move(*nearest);
+        rows.erase(nearest);
+    }
+    return taken;
+}
+
+/// In a new row Tab stops at nothing until one of its controls becomes the tab stop.
+LazyColumn::Row LazyColumn::recycleOrMakeRow(std::vector<Row> &spares)
 {
     Row row;
-    if (spares.empty()) {
-        row.widget = m_source.makeRow(viewport());
-    } else {
-        row = spares.back();
+    if (!spares.empty()) {
+        row = std::move(spares.back());
         spares.pop_back();
+        if (std::count(row.controls.begin(), row.controls.end(), m_tabStop))
+            setTabStop(nullptr);
+        return row;
     }
-    row.index = index;
-    row.id = m_source.idAt(index);
-    m_source.bindRow(row.widget, index);
+    row.widget = m_source.makeRow(viewport());
+    for (QWidget *widget : QList<QWidget *>{row.widget} + row.widget->findChildren<QWidget *>()) {
+        if (!(widget->focusPolicy() & Qt::TabFocus))
+            continue;
+        row.controls.push_back(widget);
+        widget->setFocusPolicy(Qt::FocusPolicy(widget->focusPolicy() & ~Qt::TabFocus));
+        widget->installEventFilter(this);
+    }
     return row;
+}
+
+/// Brings the order in which screen readers meet the rows into visual order, and finds Tab a stop where it has none.
+void LazyColumn::restack()
+{
+    qsizetype position = -1;
+    for (const Row &row : m_rows) {
+        const qsizetype own = viewport()->children().indexOf(row.widget);
+        if (own < position)
+            row.widget->raise();
+        position = own < position ? viewport()->children().size() : own;
+    }
+    const Row *const row = rowHolding(m_tabStop);
+    if (!row || !m_tabStop->isVisibleTo(row->widget))
+        setTabStop(controlIn(row ? row->index : std::min(firstVisible(), m_count - 1)));
 }
 
 /// Rows may be in the middle of an event of their own, so they go when that is over.
@@ -279,71 +287,6 @@ void LazyColumn::retire(const std::vector<Row> &rows)
         row.widget->hide();
         row.widget->deleteLater();
     }
-}
-
-/// The index of the entry with this id that is nearest to `around`, -1 if there is none.
-int LazyColumn::indexOfId(const QString &id, int around) const
-{
-    const int start = std::clamp(around, 0, std::max(0, m_count - 1));
-    for (int distance = 0; distance < m_count; ++distance) {
-        if (start - distance >= 0 && m_source.idAt(start - distance) == id)
-            return start - distance;
-        if (distance > 0 && start + distance < m_count && m_source.idAt(start + distance) == id)
-            return start + distance;
-    }
-    return -1;
-}
-
-/// The first row on screen that is still listed keeps its place; without one the column stays at the same pixel.
-LazyColumn::Anchor LazyColumn::anchorAfterChange() const
-{
-    const int bottom = scrollPosition() + viewport()->height();
-    for (const Row &row : m_rows) {
-        if (row.index < firstVisible() || topOf(row.index) >= bottom)
-            continue;
-        const int index = indexOfId(row.id, row.index);
-        if (index >= 0)
-            return {index, topOf(row.index) - scrollPosition()};
-    }
-    return currentAnchor();
-}
-
-/// Who takes the focus when the row at `lostIndex` is gone: the row after it, else the one before, else whoever is
-/// nearest to that place; -1 in an empty list.
-int LazyColumn::heirOf(int lostIndex) const
-{
-    for (const int neighbour : {lostIndex + 1, lostIndex - 1}) {
-        const Row *row = rowAt(neighbour);
-        const int index = row ? indexOfId(row->id, neighbour) : -1;
-        if (index >= 0)
-            return index;
-    }
-    return std::min(lostIndex, m_count - 1);
-}
-
-/// Gives the row widgets that stay the indexes that their ids have now. Of several with one id the nearest stays.
-void LazyColumn::adoptNewIndexes(int oldFocusedIndex, int newFocusedIndex)
-{
-    std::vector<int> newIndexes(m_rows.size(), -1);
-    const auto claim = [&](int index, const auto &isMine) {
-        std::size_t best = m_rows.size();
-        for (std::size_t i = 0; i < m_rows.size(); ++i) {
-            if (newIndexes[i] < 0 && isMine(m_rows[i]) &&
-                (best == m_rows.size() || std::abs(m_rows[i].index - index) < std::abs(m_rows[best].index - index)))
-                best = i;
-        }
-        if (best < m_rows.size())
-            newIndexes[best] = index;
-    };
-    if (newFocusedIndex >= 0)
-        claim(newFocusedIndex, [oldFocusedIndex](const Row &row) { return row.index == oldFocusedIndex; });
-    for (const int index : wantedIndexes(newFocusedIndex)) {
-        const QString id = m_source.idAt(index);
-        if (index != newFocusedIndex)
-            claim(index, [&id](const Row &row) { return row.id == id; });
-    }
-    for (std::size_t i = 0; i < m_rows.size(); ++i)
-        m_rows[i].index = newIndexes[i];
 }
 
 } // namespace ambrel

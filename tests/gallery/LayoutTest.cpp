@@ -315,10 +315,41 @@ private Q_SLOTS:
             QCoreApplication::processEvents();
             QVERIFY2(isInSight(*focused), qPrintable(describe(*focused)));
         }
-        // Window controls, fields and buttons of the sidebar, cards with their buttons: nothing is left out.
+        // Window controls, fields and buttons of the sidebar, one card: nothing is left out.
         for (const QWidget *const widget : shown<QWidget>(window.widget())) {
             if (widget->focusPolicy() & Qt::TabFocus && widget->isEnabled())
                 QVERIFY2(reached.contains(widget), qPrintable(describe(*widget)));
+        }
+    }
+
+    void everyControlOfTheCardsComesIntoSightWithTheArrowKeys()
+    {
+        QFETCH_GLOBAL(QSize, size);
+        SceneWindow window(live(), size);
+        const auto cards = shown<MatchCard>(window.widget());
+        QCOMPARE(cards.size(), 3);
+        window.widget().findChild<MatchCard *>()->setFocus(Qt::TabFocusReason);
+        const auto press = [&window](Qt::Key key) {
+            QTest::keyClick(window.widget().windowHandle(), key);
+            QCoreApplication::processEvents();
+            return QApplication::focusWidget();
+        };
+        press(Qt::Key_Home);
+        QSet<const QWidget *> reached;
+        for (qsizetype row = 0; row < cards.size(); ++row) {
+            while (!qobject_cast<const MatchCard *>(QApplication::focusWidget()))
+                press(Qt::Key_Left);
+            for (const QWidget *control = QApplication::focusWidget(); !reached.contains(control);
+                 control = press(Qt::Key_Right)) {
+                QVERIFY2(isInSight(*control), qPrintable(describe(*control)));
+                reached.insert(control);
+            }
+            press(Qt::Key_Down);
+        }
+        for (const MatchCard *const card : cards) {
+            QVERIFY2(reached.contains(card), qPrintable(describe(*card)));
+            for (const AmbrelButton *const button : shown<AmbrelButton>(*card))
+                QVERIFY2(reached.contains(button), qPrintable(describe(*button)));
         }
     }
 

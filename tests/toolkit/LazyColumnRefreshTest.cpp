@@ -223,6 +223,33 @@ private Q_SLOTS:
         QVERIFY2(people.lookups <= 2 * rows + 10, qPrintable(QString::number(people.lookups)));
         QVERIFY2(people.binds <= 2 * rows, qPrintable(QString::number(people.binds)));
     }
+
+    void refreshLooksThroughAVeryLongListAtMostOnce_data()
+    {
+        QTest::addColumn<QString>("newId");
+        QTest::newRow("everybody is somebody else") << QStringLiteral("newcomer %1");
+        QTest::newRow("everybody has one id") << QStringLiteral("twin");
+    }
+
+    void refreshLooksThroughAVeryLongListAtMostOnce()
+    {
+        QFETCH(QString, newId);
+        People people(100'000);
+        PeopleWindow window(people);
+        QVERIFY(QTest::qWaitForWindowActive(&window));
+        window.scrollTo(400'000);
+        window.visibleRows().at(1)->keep.setFocus();
+        for (qsizetype i = 0; i < people.ids.size(); ++i)
+            people.ids[i] = newId.contains(u'%') ? newId.arg(i) : newId;
+        people.lookups = 0;
+        window.column.refresh();
+        QVERIFY2(people.lookups < 105'000, qPrintable(QString::number(people.lookups)));
+        QVERIFY(window.focusedRow());
+        people.lookups = 0;
+        people.ids.move(0, 99'999);
+        window.column.refresh();
+        QVERIFY2(people.lookups < 1'000, qPrintable(QString::number(people.lookups)));
+    }
 };
 
 QTEST_MAIN(LazyColumnRefreshTest)

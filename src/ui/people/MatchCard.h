@@ -11,7 +11,7 @@ class ElidedLabel;
 class MatchPhoto;
 
 /// One nearby match in the list, with what the user can do about it. All cards are equally high. A click anywhere
-/// selects the match, Enter or Space does when the card has the focus; its buttons follow by Tab. The actions are
+/// selects the match, Enter or Space does when the card has the focus. The actions are
 /// applied to the record that the card shows. Needs a view environment.
 class MatchCard : public QWidget
 {

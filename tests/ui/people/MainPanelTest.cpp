@@ -8,6 +8,7 @@
 #include "ui/people/WarmthMeter.h"
 #include "ui/profile/ProfilePanel.h"
 
+#include <QLineEdit>
 #include <QScrollBar>
 
 using namespace ambrel;
@@ -237,17 +238,45 @@ private Q_SLOTS:
         QTRY_VERIFY(oldReply.expired());
     }
 
-    void tabGoesThroughTheCardsAndTheirButtons()
+    void arrowKeysGoThroughTheCardsAndTheirButtons()
     {
         PanelWindow panel;
         panel.show(people({QStringLiteral("Sam"), QStringLiteral("Ana")}));
         const auto cards = panel.cards();
         cards.at(0)->setFocus(Qt::TabFocusReason);
-        for (int stop = 0; stop < 4; ++stop)
-            QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+        const auto press = [](Qt::Key key) { QTest::keyClick(QApplication::focusWidget(), key); };
+        for (const char *const label : {"See Me", "Continue", "Dismiss"}) {
+            press(Qt::Key_Right);
+            QCOMPARE(qobject_cast<QAbstractButton *>(QApplication::focusWidget())->text(), QString::fromLatin1(label));
+        }
+        press(Qt::Key_Down);
+        QCOMPARE(qobject_cast<QAbstractButton *>(QApplication::focusWidget())->text(), QStringLiteral("Dismiss"));
+        for (int step = 0; step < 3; ++step)
+            press(Qt::Key_Left);
         QCOMPARE(QApplication::focusWidget(), cards.at(1));
-        QTest::keyClick(cards.at(1), Qt::Key_Space);
+        press(Qt::Key_Space);
         QCOMPARE(panel.selected(), QStringLiteral("ana"));
+    }
+
+    void oneTabLeavesAListOf200PeopleFromEveryControl()
+    {
+        PanelWindow panel;
+        panel.show(crowd(200, drawnPhoto()));
+        QLineEdit beside(&panel.window);
+        beside.show();
+        panel.cards().at(0)->setFocus(Qt::TabFocusReason);
+        const auto *const list = panel.window.findChild<LazyColumn *>();
+        for (int step = 0; step < 120; ++step)
+            QTest::keyClick(QApplication::focusWidget(), Qt::Key_Down);
+        for (int control = 0; control < 4; ++control) {
+            QWidget *const focused = QApplication::focusWidget();
+            QVERIFY(list->isAncestorOf(focused));
+            QTest::keyClick(focused, Qt::Key_Tab);
+            QVERIFY(!list->isAncestorOf(QApplication::focusWidget()));
+            QTest::keyClick(QApplication::focusWidget(), Qt::Key_Backtab, Qt::ShiftModifier);
+            QCOMPARE(QApplication::focusWidget(), focused);
+            QTest::keyClick(focused, Qt::Key_Right);
+        }
     }
 
     void theCardThatInheritsTheFocusWearsARingOnlyForTheKeyboard()

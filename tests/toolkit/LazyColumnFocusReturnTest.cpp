@@ -1,4 +1,4 @@
-// What a column does while its focus is lent to a popup or to a layer that covers it, and who has it afterwards.
+// What a column does while a popup or a layer that covers it has the focus, and who has it afterwards.
 #include "support/Names.h"
 #include "toolkit/PeopleColumn.h"
 
@@ -22,7 +22,7 @@ public:
 
 } // namespace
 
-class LazyColumnLentFocusTest : public QObject
+class LazyColumnFocusReturnTest : public QObject
 {
     Q_OBJECT
 
@@ -36,44 +36,44 @@ private Q_SLOTS:
         list({ana, ben, cleo, dan});
     }
 
-    void rowThatHasLentTheFocusStaysItself()
+    void rowThatIsToGetTheFocusBackStaysItself()
     {
         auto &dismiss = row(ben)->dismiss;
         dismiss.setFocus();
-        lend();
+        takeFocus();
         list({eve, fay, cleo, ben, ana});
         QCOMPARE(&row(ben)->dismiss, &dismiss);
         dismiss.setFocus(Qt::PopupFocusReason);
-        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
-        QVERIFY(row(ana)->hasFocus());
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Down);
+        QVERIFY(row(ana)->dismiss.hasFocus());
     }
 
-    void rowThatHasLentTheFocusIsNotRecycledByScrolling()
+    void rowThatIsToGetTheFocusBackIsNotRecycledByScrolling()
     {
         m_people->ids = People(1'000).ids;
         m_window->column.refresh();
         auto &keep = m_window->row(1)->keep;
         keep.setFocus();
-        lend();
+        takeFocus();
         for (int value = 0; value <= 30'000; value += 300)
             m_window->scrollTo(value);
         QVERIFY(m_window->row(1));
         QCOMPARE(&m_window->row(1)->keep, &keep);
     }
 
-    void whenItsRowLeavesTheFocusComesBackToTheHeir()
+    void whenItsRowLeavesTheFocusComesBackToTheNextRow()
     {
         row(ben)->dismiss.setFocus();
-        lend();
+        takeFocus();
         list({ana, cleo, dan, eve, fay});
         giveBack();
         QVERIFY(row(cleo)->hasFocus()); // the whole row, not the button that would dismiss it
     }
 
-    void whenTheHeirLeavesAsWellTheFocusComesBackToTheNextHeir()
+    void whenTheNextRowLeavesAsWellTheFocusComesBackToTheOneAfter()
     {
         row(ben)->dismiss.setFocus();
-        lend();
+        takeFocus();
         list({ana, cleo, dan});
         list({ana, dan});
         giveBack();
@@ -83,7 +83,7 @@ private Q_SLOTS:
     void whenTheListIsEmptiedTheFocusComesBackToTheColumn()
     {
         row(ben)->dismiss.setFocus();
-        lend();
+        takeFocus();
         list({});
         list({eve});
         giveBack();
@@ -92,14 +92,14 @@ private Q_SLOTS:
         QVERIFY(row(eve)->hasFocus());
     }
 
-    void focusLentWhileTheWindowIsInactiveComesBackToTheHeir()
+    void focusTakenWhileTheWindowIsInactiveComesBackToTheNextRow()
     {
         row(ben)->dismiss.setFocus();
         QWidget other;
         other.show();
         other.activateWindow();
         QVERIFY(QTest::qWaitForWindowActive(&other));
-        lend();
+        takeFocus();
         list({ana, cleo, dan, eve, fay});
         giveBack();
         m_window->activateWindow();
@@ -107,10 +107,10 @@ private Q_SLOTS:
         QTRY_VERIFY(row(cleo)->hasFocus());
     }
 
-    void refreshDoesNotTakeTheLentFocusBack()
+    void refreshLeavesTheFocusWithWhoeverTookIt()
     {
         row(ben)->dismiss.setFocus();
-        lend();
+        takeFocus();
         for (const QStringList &names : {QStringList{ben, ana}, QStringList{ana}, QStringList{}, QStringList{eve}}) {
             list(names);
             QVERIFY(m_window->after.hasFocus());
@@ -124,7 +124,7 @@ private Q_SLOTS:
         QTest::mouseClick(m_window->row(0), Qt::LeftButton, {}, {5, 5});
         QPointer<QWidget> clicked = QApplication::focusWidget();
         m_window->scrollTo(300);
-        lend();
+        takeFocus();
         clicked->setFocus(Qt::PopupFocusReason);
         QVERIFY(m_window->row(0)->hasFocus());
         QCOMPARE(m_window->column.verticalScrollBar()->value(), 300);
@@ -139,7 +139,7 @@ private Q_SLOTS:
         QVERIFY(m_window->column.hasFocus());
     }
 
-    void heirGetsTheFocusForTheReasonOfTheRowThatLeft()
+    void nextRowGetsTheFocusForTheReasonOfTheRowThatLeft()
     {
         const FocusReasons reasons;
         QTest::mouseClick(&row(ben)->dismiss, Qt::LeftButton);
@@ -150,8 +150,8 @@ private Q_SLOTS:
         QVERIFY(row(dan)->hasFocus());
         QCOMPARE(reasons.last, Qt::MouseFocusReason);
 
-        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
-        lend();
+        row(dan)->keep.setFocus(Qt::TabFocusReason);
+        takeFocus();
         list({ana, eve});
         giveBack();
         QVERIFY(row(eve)->hasFocus());
@@ -160,7 +160,7 @@ private Q_SLOTS:
 
 private:
     /// Takes the focus as an alert does.
-    void lend() { m_window->after.setFocus(Qt::PopupFocusReason); }
+    void takeFocus() { m_window->after.setFocus(Qt::PopupFocusReason); }
     void giveBack() { m_window->column.setFocus(Qt::PopupFocusReason); }
     void list(const QStringList &names)
     {
@@ -173,5 +173,5 @@ private:
     std::unique_ptr<PeopleWindow> m_window;
 };
 
-QTEST_MAIN(LazyColumnLentFocusTest)
-#include "LazyColumnLentFocusTest.moc"
+QTEST_MAIN(LazyColumnFocusReturnTest)
+#include "LazyColumnFocusReturnTest.moc"
