@@ -12,6 +12,8 @@ namespace ambrel {
 
 namespace {
 
+constexpr char backgroundProperty[] = "ambrelWindowBackground";
+
 Qt::CursorShape cursorFor(Qt::Edges edges)
 {
     if (edges == (Qt::TopEdge | Qt::LeftEdge) || edges == (Qt::BottomEdge | Qt::RightEdge))
@@ -22,6 +24,11 @@ Qt::CursorShape cursorFor(Qt::Edges edges)
 }
 
 } // namespace
+
+void setWindowBackground(QWidget &widget)
+{
+    widget.setProperty(backgroundProperty, true);
+}
 
 ClientSideFrame::ClientSideFrame(QWidget &window) : QObject(&window), m_window(window)
 {
@@ -99,11 +106,11 @@ bool ClientSideFrame::handleWindowEvent(QEvent *event)
     }
 }
 
-/// Disabled children let presses through, but are no background.
+/// A press also comes here through children that let it through: texts, pictures, disabled controls.
 bool ClientSideFrame::isBackground(const QMouseEvent &event) const
 {
     const QWidget *child = m_window.childAt(event.position().toPoint());
-    return event.button() == Qt::LeftButton && (!child || child->isEnabled());
+    return event.button() == Qt::LeftButton && (!child || child->property(backgroundProperty).toBool());
 }
 
 bool ClientSideFrame::press(const QMouseEvent &event)

@@ -11,10 +11,13 @@ class QWindow;
 
 namespace ambrel {
 
+/// Lets the window move and maximise by what is empty of `widget`, too: where no child of it stands. Main thread.
+void setWindowBackground(QWidget &widget);
+
 /// Takes the system's frame off a window and gives it what the frame did: it moves by dragging any empty background,
 /// maximises and restores by a double click there, and resizes at its edges and corners. The window manager does the
 /// moving and resizing, so that snapping works; where there is none, the window follows the pointer by itself.
-/// Empty background is where no child accepts the press. Main thread only.
+/// Empty background is the window itself and what `setWindowBackground` names. Main thread only.
 class ClientSideFrame : public QObject
 {
     Q_OBJECT

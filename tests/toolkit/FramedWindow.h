@@ -105,6 +105,14 @@ bool drag(QPoint from, QPoint to, const Arrived &arrived)
     return done;
 }
 
+/// Whether the application goes on seeing the pointer while it is dragged from `from` to `to`: a window manager that
+/// moves the window would keep the movements for itself.
+inline bool dragStaysInTheApplication(QPoint from, QPoint to)
+{
+    const Witness witness;
+    return drag(from, to, [&] { return witness.movedTo == to + QPoint(1, 1); });
+}
+
 /// Where the X server has the window; a window manager tells the application only when a move is over.
 inline QPoint placeOf(const QWidget &window)
 {
@@ -160,16 +168,19 @@ public:
         layout->addWidget(&field);
         layout->addWidget(&button);
         layout->addWidget(&disabled);
-        layout->addStretch();
+        layout->addWidget(&background, 1);
+        setWindowBackground(background);
         disabled.setEnabled(false);
         show();
     }
 
     QPoint middleOf(const QWidget &child) const { return child.mapToGlobal(child.rect().center()); }
     /// A place on the screen without any child.
-    QPoint background() const { return mapToGlobal(QPoint(width() / 2, height() - 30)); }
+    QPoint emptyPlace() const { return mapToGlobal(QPoint(width() / 2, height() - 30)); }
 
     WindowControls controls;
+    QWidget background; // an area of its own, with a text in it
+    QLabel text{QStringLiteral("Text"), &background};
     QLabel label{QStringLiteral("Label")};
     QLineEdit field{QStringLiteral("some text to select")};
     QPushButton button{QStringLiteral("Button")};

@@ -22,7 +22,7 @@ private Q_SLOTS:
 
     void draggingTheBackgroundMovesTheWindowUntilTheRelease()
     {
-        const QPoint from = m_window->background();
+        const QPoint from = m_window->emptyPlace();
         QVERIFY(pointer::dragWindow(*m_window, from, {150, 90}));
         const QRect moved = m_window->geometry();
         pointer::moveTo(from + QPoint(100, 60));
@@ -40,7 +40,7 @@ private Q_SLOTS:
 
     void childrenWorkAfterTheWindowHasMoved()
     {
-        QVERIFY(pointer::dragWindow(*m_window, m_window->background(), {50, 50}));
+        QVERIFY(pointer::dragWindow(*m_window, m_window->emptyPlace(), {50, 50}));
         QSignalSpy clicked(&m_window->button, &QPushButton::clicked);
         pointer::clickOn(m_window->button);
         QTRY_COMPARE(clicked.count(), 1);
@@ -48,7 +48,7 @@ private Q_SLOTS:
 
     void doubleClickLeavesTheGripsInReach()
     {
-        pointer::doubleClickAt(m_window->background());
+        pointer::doubleClickAt(m_window->emptyPlace());
         QTRY_VERIFY(m_window->isMaximized());
         const QPoint from = grips[1].in(m_window->geometry());
         QVERIFY(pointer::drag(from, from + QPoint(40, 0), [this] { return m_window->width() == 440; }));

@@ -2,6 +2,7 @@
 
 #include "toolkit/AccessibleRole.h"
 #include "toolkit/ClearScrollArea.h"
+#include "toolkit/ClientSideFrame.h"
 #include "toolkit/WrappedLabel.h"
 #include "ui/look/AmbrelButton.h"
 #include "ui/look/Painting.h"
@@ -45,6 +46,7 @@ SeeMeAlert::SeeMeAlert(const QString &message, std::function<void()> onDismiss, 
 {
     setAccessibleFactory(*this, [](QWidget &alert) { return new AccessibleSeeMeAlert(alert); });
     setAccessibleName(title());
+    setWindowBackground(*this);
 
     m_heading = new QLabel(title(), m_sheet);
     styleText(*m_heading, theme::TextStyle::Title2);

@@ -3,6 +3,7 @@
 #include "toolkit/AccessibleRole.h"
 #include "toolkit/AnnouncedLabel.h"
 #include "toolkit/BidiIsolation.h"
+#include "toolkit/ClientSideFrame.h"
 #include "toolkit/ElidedLabel.h"
 #include "ui/look/TextStyling.h"
 #include "ui/people/LivePill.h"
@@ -51,6 +52,8 @@ MainPanelView::MainPanelView(QWidget *parent)
     m_cards->setPadding(theme::cardListPadding);
     setAccessibleRole(*m_cards->viewport(), QAccessible::List);
     m_cards->viewport()->setAccessibleName(QStringLiteral("Nearby"));
+    for (QWidget *const empty : {static_cast<QWidget *>(this), m_nearby, m_cards->viewport()})
+        setWindowBackground(*empty);
     m_cards->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
 
     // The scroll bar stands in the gap between the columns, so that the cards are as wide as what is above them.

@@ -1,6 +1,7 @@
 #include "ui/sidebar/SidebarView.h"
 
 #include "toolkit/ClearScrollArea.h"
+#include "toolkit/ClientSideFrame.h"
 #include "ui/look/AmbrelLogo.h"
 #include "ui/look/Painting.h"
 #include "ui/look/TextStyling.h"
@@ -94,6 +95,8 @@ SidebarView::SidebarView(QWidget *parent) : QWidget(parent)
     column->addStretch();
     keepPadding(*column, *area);
     showThrough(*area, *content);
+    for (QWidget *const empty : {static_cast<QWidget *>(this), area->viewport(), static_cast<QWidget *>(content)})
+        setWindowBackground(*empty);
 
     m_status = new StatusLine(this);
     auto *const foot = new QHBoxLayout; // owned by the sidebar

@@ -1,6 +1,7 @@
 #include "ui/window/ContentView.h"
 
 #include "toolkit/ClearScrollArea.h"
+#include "toolkit/ClientSideFrame.h"
 #include "toolkit/WindowControls.h"
 #include "ui/layers/SeeMeAlert.h"
 #include "ui/layers/SeeMeFlashOverlay.h"
@@ -39,6 +40,7 @@ QScrollArea *makeMainPanelArea(QWidget &parent)
     area->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     area->setWidgetResizable(true);
     showThrough(*area, *new MainPanelView(area));
+    setWindowBackground(*area->viewport());
     enableKeyboardScrolling(*area);
     QObject::connect(qApp, &QApplication::focusChanged, area, [area](QWidget *before, QWidget *focused) {
         // What gets the focus back from a layer stays where the user has scrolled it.
@@ -51,6 +53,7 @@ QScrollArea *makeMainPanelArea(QWidget &parent)
 AmbrelBackground *makeColumns(QWidget &parent)
 {
     auto *const background = new AmbrelBackground(&parent);
+    setWindowBackground(*background);
     auto *const row = new QHBoxLayout(background);
     const int padding = theme::windowPadding;
     row->setContentsMargins(padding, padding, padding, padding);
