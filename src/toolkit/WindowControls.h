@@ -5,8 +5,6 @@
 
 namespace ambrel {
 
-class WindowControlButton;
-
 /// The colours of WindowControls.
 struct WindowControlColors
 {
@@ -35,11 +33,13 @@ protected:
     void showEvent(QShowEvent *event) override;
 
 private:
+    class Button;
+
     void followWindowState();
 
-    WindowControlButton *m_minimize;
-    WindowControlButton *m_maximize;
-    WindowControlButton *m_close;
+    Button *const m_minimize;
+    Button *const m_maximize;
+    Button *const m_close;
 };
 
 } // namespace ambrel
