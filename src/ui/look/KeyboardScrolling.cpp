@@ -15,7 +15,7 @@ namespace {
 class RingAbove : public QWidget
 {
 public:
-    explicit RingAbove(QAbstractScrollArea &area) : QWidget(&area)
+    RingAbove(QAbstractScrollArea &area, int top) : QWidget(&area), m_top(top)
     {
         setAttribute(Qt::WA_TransparentForMouseEvents);
         area.installEventFilter(this);
@@ -25,14 +25,13 @@ public:
 protected:
     bool eventFilter(QObject *area, QEvent *event) override
     {
+        if (event->type() == QEvent::FocusIn || event->type() == QEvent::Resize)
+            setGeometry(parentWidget()->rect().adjusted(0, m_top, 0, 0));
         if (event->type() == QEvent::FocusIn) {
-            setGeometry(parentWidget()->rect());
             raise();
             show();
         } else if (event->type() == QEvent::FocusOut) {
             hide();
-        } else if (event->type() == QEvent::Resize) {
-            setGeometry(parentWidget()->rect());
         }
         return QWidget::eventFilter(area, event);
     }
@@ -41,13 +40,16 @@ protected:
         QPainter painter(this);
         strokeFocusRing(painter, rect());
     }
+
+private:
+    const int m_top;
 };
 
 } // namespace
 
-void enableKeyboardScrolling(QAbstractScrollArea &area)
+void enableKeyboardScrolling(QAbstractScrollArea &area, int ringTop)
 {
-    new RingAbove(area); // owned by the area
+    new RingAbove(area, ringTop); // owned by the area
     const auto updatePolicy = [&area] {
         const bool scrolls = area.verticalScrollBar()->maximum() > 0 || area.horizontalScrollBar()->maximum() > 0;
         area.setFocusPolicy(scrolls ? Qt::TabFocus : Qt::NoFocus);

@@ -3,6 +3,7 @@
 #include "state/AmbrelAppState.h"
 #include "toolkit/AccessibleRole.h"
 #include "toolkit/ClientSideFrame.h"
+#include "toolkit/FocusInSight.h"
 #include "toolkit/ReducedMotion.h"
 #include "ui/look/AmbrelLogo.h"
 #include "ui/look/AmbrelStyle.h"
@@ -51,6 +52,7 @@ AmbrelMacApp::AmbrelMacApp(int &argc, char **argv) : QApplication(argc, argv)
     setWindowIcon(markAsIcon());
     QLoggingCategory::setFilterRules(QStringLiteral("qt.gui.imageio*=false")); // a broken photo is shown as locked
     AmbrelStyle::install();
+    FocusInSight::install();
     m_state = AmbrelAppState::create(m_sound);
 }
 

@@ -41,12 +41,7 @@ QScrollArea *makeMainPanelArea(QWidget &parent)
     area->setWidgetResizable(true);
     showThrough(*area, *new MainPanelView(area));
     setWindowBackground(*area->viewport());
-    enableKeyboardScrolling(*area);
-    QObject::connect(qApp, &QApplication::focusChanged, area, [area](QWidget *before, QWidget *focused) {
-        // What gets the focus back from a layer stays where the user has scrolled it.
-        if (focused && area->widget()->isAncestorOf(focused) && !isInLayer(before))
-            area->ensureWidgetVisible(focused);
-    });
+    enableKeyboardScrolling(*area, theme::mainPanelPadding); // the ring stands below the controls of the window
     return area;
 }
 

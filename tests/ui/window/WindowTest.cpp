@@ -1,3 +1,4 @@
+#include "toolkit/WindowControls.h"
 #include "ui/Pixels.h"
 #include "ui/look/Theme.h"
 #include "ui/people/MainPanelView.h"
@@ -89,6 +90,21 @@ private Q_SLOTS:
         QCOMPARE(area->horizontalScrollBar()->maximum(), panel->width() - area->viewport()->width());
         area->horizontalScrollBar()->setValue(area->horizontalScrollBar()->maximum());
         QVERIFY(window->rect().contains(placeOf<ProfilePanel>(*window))); // within reach, whole
+    }
+
+    void theFocusRingOfTheMainPanelStaysClearOfTheWindowControls()
+    {
+        const auto window = openAt({980, 680});
+        auto *const area =
+            qobject_cast<QScrollArea *>(window->findChild<MainPanelView *>()->parentWidget()->parentWidget());
+        window->activateWindow();
+        QTRY_VERIFY(QApplication::focusWidget());
+        const QRect controls = placeOf<WindowControls>(*window);
+        const QImage before = window->grab(controls).toImage();
+        const QImage around = window->grab().toImage();
+        area->setFocus(Qt::TabFocusReason);
+        QCOMPARE(window->grab(controls).toImage(), before);
+        QVERIFY(window->grab().toImage() != around);
     }
 
     void withoutAnybodyNearbyTheKeyboardScrollsSidewaysToo()
