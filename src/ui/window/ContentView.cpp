@@ -9,6 +9,7 @@
 #include "ui/look/Divider.h"
 #include "ui/look/KeyboardScrolling.h"
 #include "ui/look/Theme.h"
+#include "ui/look/TransientScrollBar.h"
 #include "ui/people/MainPanelView.h"
 #include "ui/sidebar/SidebarView.h"
 #include "ui/window/ViewEnvironment.h"
@@ -41,6 +42,7 @@ QScrollArea *makeMainPanelArea(QWidget &parent)
     area->setWidgetResizable(true);
     showThrough(*area, *new MainPanelView(area));
     setWindowBackground(*area->viewport());
+    area->setHorizontalScrollBar(new TransientScrollBar(Qt::Horizontal, area));
     enableKeyboardScrolling(*area, theme::mainPanelPadding); // the ring stands below the controls of the window
     return area;
 }

@@ -92,6 +92,27 @@ private Q_SLOTS:
         QVERIFY(window->rect().contains(placeOf<ProfilePanel>(*window))); // within reach, whole
     }
 
+    void theSidewaysScrollBarIsSeenOnlyWhileItScrollsOrIsPointedAt()
+    {
+        const auto window = openAt({980, 680});
+        auto *const area =
+            qobject_cast<QScrollArea *>(window->findChild<MainPanelView *>()->parentWidget()->parentWidget());
+        auto *const bar = area->horizontalScrollBar();
+        const QRect place(bar->mapTo(window.get(), QPoint()), bar->size());
+        QVERIFY(place.height() < theme::scrollBarThickness);
+        QVERIFY(place.top() > placeOf<MainPanelView>(*window).bottom()); // never over anything
+        const QPoint handle(place.left() + 20, place.center().y());
+        const QColor atRest = shownAt(*window, handle);
+        COMPARE_COLORS(atRest, shownAt(*window, handle - QPoint(0, bar->height() - 1)));
+        bar->setValue(3);
+        QVERIFY(distance(shownAt(*window, handle), atRest) > 20);
+        QTRY_VERIFY(distance(shownAt(*window, handle), atRest) < 5);
+        QCursor::setPos(window->mapToGlobal(handle));
+        QTRY_VERIFY(distance(shownAt(*window, handle), atRest) > 20);
+        QCursor::setPos(1910, 1190);
+        QTRY_VERIFY(distance(shownAt(*window, handle), atRest) < 5);
+    }
+
     void theFocusRingOfTheMainPanelStaysClearOfTheWindowControls()
     {
         const auto window = openAt({980, 680});
