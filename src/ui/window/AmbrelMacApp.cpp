@@ -5,6 +5,7 @@
 #include "toolkit/ClientSideFrame.h"
 #include "toolkit/FocusInSight.h"
 #include "toolkit/ReducedMotion.h"
+#include "toolkit/ScreenFit.h"
 #include "ui/look/AmbrelLogo.h"
 #include "ui/look/AmbrelStyle.h"
 #include "ui/look/Theme.h"
@@ -67,9 +68,9 @@ std::unique_ptr<QWidget> AmbrelMacApp::openWindow()
     auto window = std::make_unique<QWidget>();
     setAccessibleRole(*window, QAccessible::Window);
     window->setWindowTitle(QStringLiteral("Ambrel"));
-    window->setMinimumSize(theme::windowMinimumSize);
     window->setGeometry(comfortableGeometry(*primaryScreen()));
-    new ClientSideFrame(*window); // owned by the window
+    new ClientSideFrame(*window);                     // owned by the window
+    new ScreenFit(*window, theme::windowMinimumSize); // the same
     ViewEnvironment::inject(*window, m_state);
 
     auto *const layout = new QVBoxLayout(window.get());

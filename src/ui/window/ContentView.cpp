@@ -19,6 +19,7 @@
 #include <QApplication>
 #include <QHBoxLayout>
 #include <QScrollArea>
+#include <QStyle>
 #include <algorithm>
 #include <utility>
 
@@ -65,9 +66,14 @@ AmbrelBackground *makeColumns(QWidget &parent)
 
 // The controls are made after the columns, so that the first field has the focus at first and Tab comes to them last.
 ContentView::ContentView(QWidget *parent)
-    : QWidget(parent), m_background(makeColumns(*this)), m_controls(new WindowControls(this)),
-      m_keyPause(*window(), ViewEnvironment::of(*this).timings().keyQuiet)
+    : QWidget(parent), m_area(new QScrollArea(this)), m_background(makeColumns(*m_area)),
+      m_controls(new WindowControls(this)), m_keyPause(*window(), ViewEnvironment::of(*this).timings().keyQuiet)
 {
+    showThrough(*m_area, *m_background);
+    setWindowBackground(*m_area->viewport());
+    enableKeyboardScrolling(*m_area);
+    m_area->setWidgetResizable(true);
+    m_background->setMinimumSize(theme::windowMinimumSize);
     m_controls->setColors({.glyph = theme::windowControlGlyph,
                            .hoverFill = theme::windowControlHovered,
                            .pressedFill = theme::windowControlPressed,
@@ -90,8 +96,10 @@ ContentView::~ContentView()
 
 void ContentView::resizeEvent(QResizeEvent *)
 {
-    m_background->setGeometry(rect());
-    m_controls->move(width() - m_controls->width() - theme::windowControlsMargin, theme::windowControlsMargin);
+    m_area->setGeometry(rect());
+    const int margin = theme::windowControlsMargin;
+    const QRect place(QPoint(width() - m_controls->width() - margin, margin), m_controls->size());
+    m_controls->setGeometry(QStyle::visualRect(layoutDirection(), rect(), place));
 }
 
 void ContentView::refresh()

@@ -8,6 +8,8 @@
 #include <QWidget>
 #include <optional>
 
+class QScrollArea;
+
 namespace ambrel {
 
 class AmbrelBackground;
@@ -16,8 +18,8 @@ class SeeMeFlashOverlay;
 class WindowControls;
 
 /// All that the window shows: sidebar and main panel on the background, the See Me flash above them, and the alert for
-/// an incoming See Me above all. The controls of the frameless window stand in its top right corner, and work while
-/// the alert is shown, too.
+/// an incoming See Me above all. The controls of the frameless window stand in its top corner beside the main panel, and
+/// work while the alert is shown, too.
 class ContentView : public QWidget
 {
     Q_OBJECT
@@ -40,6 +42,7 @@ private:
     void giveFocusBack();
     void keepFocusInLayers(const QWidget *before, const QWidget *focused);
 
+    QScrollArea *const m_area; ///< scrolls everything on a screen that is smaller than the window is to be
     AmbrelBackground *const m_background;
     WindowControls *const m_controls;
     KeyPause m_keyPause;
