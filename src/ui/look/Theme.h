@@ -118,6 +118,7 @@ inline constexpr QSize menuItemPadding{12, 4};
 inline constexpr int toolTipPadding = 6;
 inline constexpr int scrollBarThickness = 10;
 inline constexpr int scrollBarHandleMinimum = 28;
+inline constexpr int edgeFadeHeight = 12;
 inline constexpr int transientScrollBarThickness = 8;
 inline constexpr std::chrono::milliseconds scrollBarLinger{800};
 

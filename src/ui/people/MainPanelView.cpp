@@ -4,7 +4,9 @@
 #include "toolkit/AnnouncedLabel.h"
 #include "toolkit/BidiIsolation.h"
 #include "toolkit/ClientSideFrame.h"
+#include "toolkit/EdgeFade.h"
 #include "toolkit/ElidedLabel.h"
+#include "toolkit/MirroredMargins.h"
 #include "ui/look/TextStyling.h"
 #include "ui/people/LivePill.h"
 #include "ui/people/MatchCard.h"
@@ -55,11 +57,12 @@ MainPanelView::MainPanelView(QWidget *parent)
     for (QWidget *const empty : {static_cast<QWidget *>(this), m_nearby, m_cards->viewport()})
         setWindowBackground(*empty);
     m_cards->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
+    fadeEdges(*m_cards, theme::edgeFadeHeight);
 
     // The scroll bar stands in the gap between the columns, so that the cards are as wide as what is above them.
     const int gutter = theme::scrollBarThickness;
     auto *const top = new QVBoxLayout;
-    top->setContentsMargins(0, 0, gutter, 0);
+    top->setContentsMargins(mirroredMargins({0, 0, gutter, 0}, layoutDirection()));
     top->setSpacing(theme::matchColumnSpacing);
     top->addLayout(makeHeader());
     top->addWidget(m_meter);

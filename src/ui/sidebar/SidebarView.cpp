@@ -2,6 +2,8 @@
 
 #include "toolkit/ClearScrollArea.h"
 #include "toolkit/ClientSideFrame.h"
+#include "toolkit/EdgeFade.h"
+#include "toolkit/MirroredMargins.h"
 #include "ui/look/AmbrelLogo.h"
 #include "ui/look/Painting.h"
 #include "ui/look/TextStyling.h"
@@ -62,9 +64,10 @@ private:
 void keepPadding(QVBoxLayout &column, QScrollArea &area)
 {
     const auto *const bar = area.verticalScrollBar();
-    const auto setPadding = [&column](int barThickness) {
+    const auto setPadding = [&column, &area](int barThickness) {
         const int padding = theme::sidebarPadding;
-        column.setContentsMargins(padding, padding, padding - barThickness, 0);
+        const QMargins margins(padding, padding, padding - barThickness, 0);
+        column.setContentsMargins(mirroredMargins(margins, area.layoutDirection()));
     };
     setPadding(0);
     QObject::connect(bar, &QScrollBar::rangeChanged, &area, [setPadding](int minimum, int maximum) {
@@ -95,6 +98,7 @@ SidebarView::SidebarView(QWidget *parent) : QWidget(parent)
     column->addStretch();
     keepPadding(*column, *area);
     showThrough(*area, *content);
+    fadeEdges(*area, theme::edgeFadeHeight);
     for (QWidget *const empty : {static_cast<QWidget *>(this), area->viewport(), static_cast<QWidget *>(content)})
         setWindowBackground(*empty);
 
