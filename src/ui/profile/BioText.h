@@ -26,11 +26,13 @@ public:
     int heightForWidth(int wantedWidth) const override;
 
 protected:
+    bool event(QEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
 
 private:
     void showNextPiece();
     void place(WrappedLabel *piece);
+    void placeAll();
 
     QString m_text;
     qsizetype m_shown = 0; ///< how many letters stand there already
