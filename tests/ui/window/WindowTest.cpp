@@ -1,7 +1,11 @@
+#include "toolkit/LazyColumn.h"
 #include "toolkit/WindowControls.h"
 #include "ui/Pixels.h"
+#include "ui/look/AmbrelLogo.h"
 #include "ui/look/Theme.h"
+#include "ui/people/LivePill.h"
 #include "ui/people/MainPanelView.h"
+#include "ui/people/WarmthMeter.h"
 #include "ui/profile/ProfilePanel.h"
 #include "ui/sidebar/SidebarView.h"
 #include "ui/window/AmbrelMacApp.h"
@@ -143,6 +147,24 @@ private Q_SLOTS:
             QTest::keyClick(area, Qt::Key_Right);
             QVERIFY(area->horizontalScrollBar()->value() > before);
         }
+    }
+
+    void inAMirroredLayoutEverythingStandsInItsMirroredPlace()
+    {
+        const auto places = [] {
+            const auto window = openAt({1280, 860});
+            return QList<QRect>{placeOf<SidebarView>(*window),   placeOf<AmbrelLogo>(*window),
+                                placeOf<MainPanelView>(*window), placeOf<LivePill>(*window),
+                                placeOf<WarmthMeter>(*window),   placeOf<LazyColumn>(*window),
+                                placeOf<ProfilePanel>(*window),  placeOf<WindowControls>(*window)};
+        };
+        QList<QRect> expected = places();
+        for (QRect &place : expected)
+            place.moveLeft(1280 - 1 - place.right());
+        QApplication::setLayoutDirection(Qt::RightToLeft);
+        const QList<QRect> mirrored = places();
+        QApplication::setLayoutDirection(Qt::LeftToRight);
+        QCOMPARE(mirrored, expected);
     }
 
     void materialsAndDividerLieOnTheGradient()
