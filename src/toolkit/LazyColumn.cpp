@@ -57,13 +57,6 @@ void LazyColumn::setPadding(int pixels)
     layOutAgain();
 }
 
-void LazyColumn::setRowHeight(int pixels)
-{
-    m_fixedRowHeight = pixels;
-    m_measuredWidth = -1;
-    layOutAgain();
-}
-
 bool LazyColumn::event(QEvent *event)
 {
     if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange) {
@@ -130,11 +123,6 @@ void LazyColumn::measureRow()
     const int width = viewport()->width();
     if (width == m_measuredWidth)
         return;
-    if (m_fixedRowHeight > 0) {
-        m_rowHeight = m_fixedRowHeight;
-        m_measuredWidth = width;
-        return;
-    }
     if (m_count == 0)
         return;
     if (m_rows.empty()) {

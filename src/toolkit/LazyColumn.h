@@ -24,8 +24,9 @@ public:
     virtual void bindRow(QWidget *row, int index) = 0;
 };
 
-/// A vertically scrolling column of rows of one height, with widgets only for the rows on screen and about a screenful
-/// around them. Row widgets are recycled for other entries as the column scrolls; the row that has the focus never is.
+/// A vertically scrolling column of rows, all as high as the first one wants to be, with widgets only for the rows on
+/// screen and about a screenful around them. Row widgets are recycled for other entries as the column scrolls; the row
+/// that has the focus never is.
 ///
 /// To Tab the column is one stop, at the control that had the focus last. Up, Down, Page Up, Page Down, Home and End go
 /// to the same control of another row, Left and Right to the other controls of the row.
@@ -49,8 +50,6 @@ public:
     void setSpacing(int pixels);
     /// Pixels above the first and below the last row; 0 at first.
     void setPadding(int pixels);
-    /// Height of every row in pixels; 0 (as at first) takes the natural height of the first row.
-    void setRowHeight(int pixels);
 
     /// Scrolls no further than needed to show the whole row that holds `widget`.
     void reveal(const QWidget &widget);
@@ -145,7 +144,6 @@ private:
     int m_count = 0;
     int m_spacing = 0;
     int m_padding = 0;
-    int m_fixedRowHeight = 0;
     int m_rowHeight = 0;
     int m_measuredWidth = -1;
     bool m_isLayingOut = false;

@@ -21,14 +21,6 @@ constexpr qreal glyphRadius = 1.5;
 constexpr qreal glyphStroke = 1.2;
 constexpr qreal slantedStroke = 1.6; // looks as heavy as the upright ones
 
-WindowControlColors colorsOf(const QPalette &palette)
-{
-    return {palette.color(QPalette::WindowText), palette.color(QPalette::Midlight),
-            palette.color(QPalette::Mid),        palette.color(QPalette::HighlightedText),
-            palette.color(QPalette::Highlight),  palette.color(QPalette::Highlight).darker(),
-            palette.color(QPalette::Highlight)};
-}
-
 /// The box with its corners where strokes along its sides fill whole pixels of the screen.
 QRectF sharpened(const QRectF &box, qreal stroke, const QPainter &painter)
 {
@@ -151,7 +143,6 @@ WindowControls::WindowControls(QWidget *parent)
     layout->setSpacing(0);
     for (Button *button : {m_minimize, m_maximize, m_close})
         layout->addWidget(button);
-    setColors(colorsOf(palette()));
 
     connect(m_minimize, &QPushButton::clicked, this, [this] { window()->showMinimized(); });
     connect(m_maximize, &QPushButton::clicked, this,

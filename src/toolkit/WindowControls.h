@@ -25,7 +25,7 @@ class WindowControls : public QWidget
 public:
     explicit WindowControls(QWidget *parent = nullptr);
 
-    /// Replaces the colours, which come from the palette at first.
+    /// Gives them their colours; they have none at first.
     void setColors(const WindowControlColors &colors);
 
 protected:

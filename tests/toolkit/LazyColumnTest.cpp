@@ -191,18 +191,6 @@ private Q_SLOTS:
         QTRY_COMPARE(window.rowHeight(), window.rows().front()->sizeHint().height());
         QVERIFY(window.rowHeight() > before);
     }
-
-    void fixedRowHeightWins()
-    {
-        People people(10);
-        PeopleWindow window(people);
-        QVERIFY(QTest::qWaitForWindowActive(&window));
-        window.column.setRowHeight(111);
-        QCOMPARE(window.row(1)->geometry().height(), 111);
-        QCOMPARE(window.row(1)->y(), 2 + 111 + 12);
-        window.column.setRowHeight(0);
-        QCOMPARE(window.row(1)->height(), window.row(1)->sizeHint().height());
-    }
 };
 
 QTEST_MAIN(LazyColumnTest)
