@@ -18,8 +18,8 @@ class SeeMeFlashOverlay;
 class WindowControls;
 
 /// All that the window shows: sidebar and main panel on the background, the See Me flash above them, and the alert for
-/// an incoming See Me above all. The controls of the frameless window stand in its top corner beside the main panel, and
-/// work while the alert is shown, too.
+/// an incoming See Me above all. The controls of the frameless window stand in its top corner beside the main panel,
+/// and work while the alert is shown, too.
 class ContentView : public QWidget
 {
     Q_OBJECT

@@ -5,6 +5,14 @@
 
 using namespace ambrel;
 
+static QList<MatchResult> people(const QString &names)
+{
+    QList<MatchResult> people;
+    for (const QString &name : names.split(u' ', Qt::SkipEmptyParts))
+        people += person(name);
+    return people;
+}
+
 class ArrivalsTest : public QObject
 {
     Q_OBJECT
@@ -34,14 +42,6 @@ private Q_SLOTS:
         QCOMPARE(arrivalsText(people(before), people(now)), told);
     }
 };
-
-static QList<MatchResult> people(const QString &names)
-{
-    QList<MatchResult> people;
-    for (const QString &name : names.split(u' ', Qt::SkipEmptyParts))
-        people += person(name);
-    return people;
-}
 
 QTEST_APPLESS_MAIN(ArrivalsTest)
 #include "ArrivalsTest.moc"
