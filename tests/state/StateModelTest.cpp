@@ -251,7 +251,8 @@ private:
         const bool isListed = !m_model.matches.isEmpty() && choice % 4 != 0; // whom a card shows, or somebody gone
         const ModelPerson person =
             isListed ? m_model.matches.at(qsizetype(choice / 4 % quint32(m_model.matches.size()))) : personFor(choice);
-        const bool isCrowded = m_model.requests.size() > 4;
+        // A server gets six requests at once, and each sign-up that is answered makes two of one.
+        const bool isCrowded = m_model.requests.size() > 2;
         switch (isCrowded && step.kind != Kind::Restart ? Kind::Answer : step.kind) {
         case Kind::TypeAddress:
             type(state().serverBaseURL, m_model.serverBaseURL,
