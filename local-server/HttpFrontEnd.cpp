@@ -14,7 +14,7 @@ namespace ambrel::local {
 namespace {
 
 // The HTTP server keeps a request's body until the next request on the same connection.
-constexpr qsizetype maxKeptBody = 256 * 1024;
+constexpr qsizetype maxKeptBody = qsizetype{256} * 1024;
 
 QByteArray methodName(QHttpServerRequest::Method method)
 {

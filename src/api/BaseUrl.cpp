@@ -28,7 +28,8 @@ bool hasUrlSyntax(const QString &text)
 bool hidesLetters(const QString &text)
 {
     const qsizetype begin = text.indexOf(QLatin1String("//")) + 2;
-    const QString host = text.mid(begin).section(QRegularExpression(QStringLiteral("[/?#]")), 0, 0);
+    static const QRegularExpression end(QStringLiteral("[/?#]"));
+    const QString host = text.mid(begin).section(end, 0, 0);
     const QList<uint> letters = host.toUcs4();
     return begin > 1 && std::any_of(letters.begin(), letters.end(), [](uint letter) {
                const QString around = u'a' + QString::fromUcs4(reinterpret_cast<const char32_t *>(&letter), 1) + u'a';

@@ -16,7 +16,7 @@ namespace {
 
 /// Age at which a lock counts as left over. A writer that still holds it is safe: the file system knows.
 constexpr std::chrono::milliseconds maxLockAge{250};
-constexpr qint64 maxFileSize = 256 * 1024 * 1024; ///< bytes; what is larger is none of ours
+constexpr qint64 maxFileSize = qint64{256} * 1024 * 1024; ///< bytes; what is larger is none of ours
 
 QString nativePath()
 {

@@ -18,10 +18,10 @@ QAccessibleInterface *create(const QString &, QObject *object)
 
 } // namespace
 
-void setAccessibleFactory(QWidget &widget, AccessibleFactory make)
+void setAccessibleFactory(QWidget &widget, const AccessibleFactory &make)
 {
     QAccessible::installFactory(create); // once, however often it is called
-    widget.setProperty(factoryProperty, QVariant::fromValue(std::move(make)));
+    widget.setProperty(factoryProperty, QVariant::fromValue(make));
 }
 
 void setAccessibleRole(QWidget &widget, QAccessible::Role role)

@@ -58,7 +58,7 @@ QString FontSearch::shownFor(const QString &text, const QFont &font)
         const QString letter = letterAt(text, i);
         neighbour = hasOwnScript(letter) ? letter : QString();
     }
-    const QString unknown(QChar(QChar::ReplacementCharacter));
+    const QString unknown = QChar(QChar::ReplacementCharacter);
     QString shown;
     shown.reserve(text.size());
     for (qsizetype i = 0; i < text.size();) {
