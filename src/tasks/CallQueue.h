@@ -8,7 +8,7 @@
 namespace ambrel {
 
 /// The calls that other threads have sent to one thread; its Qt event loop runs them.
-class CallQueue
+class CallQueue : public QObject
 {
 public:
     /// The queue of the calling thread.
@@ -22,8 +22,10 @@ public:
     /// turns any more.
     bool deliver();
 
+    /// Runs a call that was posted.
+    bool event(QEvent *event) override;
+
 private:
-    QObject m_receiver;
     std::atomic<int> m_waiting = 0;
 };
 
