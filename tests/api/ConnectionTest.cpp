@@ -97,7 +97,7 @@ private Q_SLOTS:
 
     void aServerGetsSixConnectionsAtOnceAndTheRestWaits()
     {
-        constexpr int calls = 60;
+        constexpr int calls = 20;
         ScriptedServer busy;
         busy.on("GET", "/health", ScriptedReply(acknowledged).held());
         ScriptedServer other;
@@ -105,14 +105,15 @@ private Q_SLOTS:
         std::vector<Awaited<HealthResponse>> waiting;
         for (int call = 0; call < calls; ++call)
             waiting.emplace_back(AmbrelAPI(busy.url()).call(endpoints::health));
-        QTRY_COMPARE(busy.count("GET", "/health"), 6);
-        QCOMPARE(failureOf(AmbrelAPI(other.url()).call(endpoints::health)), QString());
-        for (int call = 0; call < calls; ++call)
+        for (int answered = 0; answered < calls; ++answered) {
+            QTRY_COMPARE(busy.count("GET", "/health"), std::min(answered + 6, calls));
+            QCOMPARE(failureOf(AmbrelAPI(other.url()).call(endpoints::health)), QString());
+            QCOMPARE(busy.count("GET", "/health"), std::min(answered + 6, calls));
             busy.release("GET", "/health");
+        }
         for (const auto &answer : waiting)
             QCOMPARE(answer.wait().failure(), QString());
         QCOMPARE(busy.count("GET", "/health"), calls);
-        QCOMPARE(busy.connectionCount(), 6);
     }
 
     void aGetThatDiesOnAnOldConnectionIsSentAgain()

@@ -14,8 +14,8 @@ namespace {
 
 /// How many characters are shown at first; a line of so many is laid out in a few milliseconds.
 constexpr qsizetype maxShown = 5000;
-/// Emoji take the layout far longer: each counts for so many.
-constexpr qsizetype emojiWeight = 50;
+/// An emoji costs about a millisecond, as its picture is unpacked whenever it is measured: each counts for so many.
+constexpr qsizetype emojiWeight = 100;
 
 /// Where to cut `text` so that what comes before counts for `most` characters or less, and no character is cut in two.
 qsizetype cutAt(const QString &text, qsizetype most)
