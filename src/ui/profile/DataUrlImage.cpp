@@ -139,7 +139,7 @@ try {
     silenceImageReaders();
     DecodingWatch watch(limits);
     std::optional<QByteArray> bytes = decodeBase64(base64);
-    std::optional<PhotoFile> photo = bytes ? vettedPhotoFile(*std::move(bytes), watch) : std::nullopt;
+    std::optional<PhotoFile> photo = bytes ? vettedPhotoFile(*std::move(bytes)) : std::nullopt;
     if (!photo)
         return std::nullopt;
     const QImage image = decodedFor(frame, *photo, watch);

@@ -4,7 +4,7 @@
 
 namespace ambrel {
 
-std::optional<PhotoFile> vettedPhotoFile(QByteArray bytes, DecodingWatch &watch)
+std::optional<PhotoFile> vettedPhotoFile(QByteArray bytes)
 {
     if (bytes.size() > maxPhotoMemory)
         return std::nullopt;
@@ -14,7 +14,7 @@ std::optional<PhotoFile> vettedPhotoFile(QByteArray bytes, DecodingWatch &watch)
         return PhotoFile{std::move(bytes), QByteArrayLiteral("jpeg")};
     }
     if (bytes.startsWith("\x89PNG\r\n\x1a\n")) {
-        std::optional<QByteArray> png = plainPng(bytes, watch);
+        std::optional<QByteArray> png = plainPng(bytes);
         if (!png)
             return std::nullopt;
         return PhotoFile{*std::move(png), QByteArrayLiteral("png")};

@@ -1,7 +1,5 @@
 #pragma once
 
-#include "ui/profile/DecodingLimits.h"
-
 #include <QByteArray>
 #include <optional>
 
@@ -24,14 +22,14 @@ struct PhotoFile
 
 /// Looks through a JPEG, PNG, GIF or BMP file, told by its first bytes, and leaves out what its picture does not need.
 /// Nothing when it is something else, unsound, or would cost too much to decode. Any thread.
-std::optional<PhotoFile> vettedPhotoFile(QByteArray bytes, DecodingWatch &watch);
+std::optional<PhotoFile> vettedPhotoFile(QByteArray bytes);
 
 /// True when the segments of a JPEG file promise no more memory and work than a photo may cost. A file that was cut
 /// short passes.
 bool isModestJpeg(const QByteArray &file);
 
-/// The same picture as a PNG file that holds nothing else and is known to be sound to the last pixel, its pixels no
-/// longer compressed. Nothing when `file` is broken, cut short or too large. Bounded in memory and time.
-std::optional<QByteArray> plainPng(const QByteArray &file, DecodingWatch &watch);
+/// The PNG file without the chunks that its picture does not need. Nothing when a chunk claims more bytes than there
+/// are.
+std::optional<QByteArray> plainPng(const QByteArray &file);
 
 } // namespace ambrel

@@ -361,8 +361,7 @@ private Q_SLOTS:
                     for (const QSize size : {QSize(1, 1), QSize(3, 2), QSize(5, 9), QSize(17, 33), QSize(1, 2000),
                                              QSize(2000, 1), QSize(100, 80)}) {
                         const QByteArray file = noisyPng(size, depth, colorType, isInterlaced);
-                        DecodingWatch watch({});
-                        const auto png = plainPng(file, watch);
+                        const auto png = plainPng(file);
                         const QImage expected = plainlyDecoded(file);
                         QVERIFY2(png && !expected.isNull(), file.toHex().left(80).constData());
                         const QImage image = plainlyDecoded(*png);
@@ -375,8 +374,7 @@ private Q_SLOTS:
         }
         QCOMPARE(compared, 15 * 2 * 7);
         for (const QByteArray &file : soundFiles()) {
-            DecodingWatch watch({});
-            const auto photo = vettedPhotoFile(file, watch);
+            const auto photo = vettedPhotoFile(file);
             QVERIFY(photo.has_value());
             const QImage image = plainlyDecoded(photo->bytes);
             const QImage expected = plainlyDecoded(file);
@@ -426,7 +424,7 @@ private Q_SLOTS:
         QVERIFY(shown > 100 && refused > 100);
     }
 
-    void noMutationCostsMuchOrSaysAWord()
+    void noMutationCostsMuchOrIsQuoted()
     {
         QRandomGenerator random(20'26);
         StandardError standardError;
@@ -450,7 +448,10 @@ private Q_SLOTS:
             QVERIFY(!image || image->size() == frame);
             shown += image.has_value();
         }
-        QCOMPARE(standardError.text(), QByteArray());
+        // libpng says in a few words of its own what is wrong, and nothing that the file says.
+        const QList<QByteArray> lines = standardError.text().split('\n');
+        for (const QByteArray &line : lines)
+            QVERIFY2(line.isEmpty() || (line.startsWith("libpng error: ") && line.size() < 60), line.constData());
         QVERIFY2(worst < 1.3, QByteArray::number(worst).constData());
         QVERIFY2(shown > 400 && shown < 3600, QByteArray::number(shown).constData());
     }
