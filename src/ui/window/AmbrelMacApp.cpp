@@ -1,8 +1,10 @@
 #include "ui/window/AmbrelMacApp.h"
 
 #include "state/AmbrelAppState.h"
+#include "state/SettingsFile.h"
 #include "toolkit/AccessibleRole.h"
 #include "toolkit/ClientSideFrame.h"
+#include "toolkit/EndingSignals.h"
 #include "toolkit/FocusInSight.h"
 #include "toolkit/ReducedMotion.h"
 #include "toolkit/ScreenFit.h"
@@ -12,6 +14,7 @@
 #include "ui/window/ContentView.h"
 #include "ui/window/ViewEnvironment.h"
 
+#include <QCryptographicHash>
 #include <QIcon>
 #include <QLoggingCategory>
 #include <QPainter>
@@ -34,6 +37,22 @@ QIcon markAsIcon()
     return {picture};
 }
 
+/// One name for all that share the settings.
+QString instanceName()
+{
+    const QByteArray settings = SettingsFile().name().toUtf8();
+    return QStringLiteral("example.ambrel.Ambrel.settings-") +
+           QString::fromLatin1(QCryptographicHash::hash(settings, QCryptographicHash::Sha1).toHex().left(16));
+}
+
+void bringToFront(QWidget &window)
+{
+    window.setWindowState(window.windowState() & ~Qt::WindowMinimized);
+    window.show();
+    window.raise();
+    window.activateWindow();
+}
+
 QRect comfortableGeometry(const QScreen &screen)
 {
     const QRect available = screen.availableGeometry();
@@ -54,17 +73,24 @@ AmbrelMacApp::AmbrelMacApp(int &argc, char **argv) : QApplication(argc, argv)
     QLoggingCategory::setFilterRules(QStringLiteral("qt.gui.imageio*=false")); // a broken photo is shown as locked
     AmbrelStyle::install();
     FocusInSight::install();
-    m_state = AmbrelAppState::create(m_sound);
+    quitOnEndingSignals();
+    m_instance.emplace(instanceName());
+    if (m_instance->isFirst())
+        m_state = AmbrelAppState::create(m_sound);
 }
 
 AmbrelMacApp::~AmbrelMacApp()
 {
+    if (!m_state)
+        return;
     m_state->shutDown();
     processEvents(); // lets sleeping tasks wake up and end
 }
 
 std::unique_ptr<QWidget> AmbrelMacApp::openWindow()
 {
+    if (!m_state)
+        return nullptr;
     auto window = std::make_unique<QWidget>();
     setAccessibleRole(*window, QAccessible::Window);
     window->setWindowTitle(QStringLiteral("Ambrel"));
@@ -77,6 +103,8 @@ std::unique_ptr<QWidget> AmbrelMacApp::openWindow()
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(new ContentView(window.get()));
     window->show();
+    connect(&*m_instance, &SingleInstance::startedAgain, window.get(),
+            [raised = window.get()] { bringToFront(*raised); });
     QTimer::singleShot(0, window.get(), watchReducedMotion); // after the first frame
     return window;
 }

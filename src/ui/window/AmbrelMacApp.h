@@ -1,10 +1,12 @@
 #pragma once
 
+#include "toolkit/SingleInstance.h"
 #include "ui/window/SystemAlertSound.h"
 
 #include <QApplication>
 #include <QWidget>
 #include <memory>
+#include <optional>
 
 namespace ambrel {
 
@@ -20,10 +22,12 @@ public:
     /// Ends the loops; requests in flight end with the HTTP session.
     ~AmbrelMacApp() override;
 
-    /// A new window on the state, shown at a comfortable size that fits the screen.
+    /// A new window on the state, shown at a comfortable size that fits the screen. Null when the application runs
+    /// already on the same settings; then its window comes to the front.
     std::unique_ptr<QWidget> openWindow();
 
 private:
+    std::optional<SingleInstance> m_instance;
     SystemAlertSound m_sound;
     std::shared_ptr<AmbrelAppState> m_state;
 };

@@ -7,7 +7,7 @@ static int run(int &argc, char **argv)
 {
     ambrel::AmbrelMacApp application(argc, argv);
     const auto window = application.openWindow();
-    return QApplication::exec();
+    return window ? QApplication::exec() : EXIT_SUCCESS;
 }
 
 int main(int argc, char **argv)
