@@ -18,7 +18,14 @@ public:
     void makeFolder() const { QDir(path()).mkdir(QStringLiteral("Ambrel")); }
 
 private:
-    QTemporaryDir m_directory;
+    /// In memory where the system offers that: waiting for a disk is not what most tests are about.
+    static QString place()
+    {
+        return (QDir(QStringLiteral("/dev/shm")).exists() ? QStringLiteral("/dev/shm") : QDir::tempPath()) +
+               QStringLiteral("/ambrel-settings-XXXXXX");
+    }
+
+    QTemporaryDir m_directory{place()};
 };
 
 /// The preference store as it is on the disk.
