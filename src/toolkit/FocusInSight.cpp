@@ -6,9 +6,22 @@
 #include <QFocusEvent>
 #include <QKeyEvent>
 #include <QScrollArea>
+#include <QScrollBar>
 #include <QTimer>
 
 namespace ambrel {
+
+void scrollIntoSight(QWidget &widget)
+{
+    for (QWidget *around = widget.parentWidget(); around; around = around->parentWidget()) {
+        auto *const area = qobject_cast<QScrollArea *>(around);
+        if (!area)
+            continue;
+        area->ensureWidgetVisible(&widget);
+        if (widget.height() > area->viewport()->height())
+            area->verticalScrollBar()->setValue(widget.mapTo(area->widget(), QPoint()).y());
+    }
+}
 
 namespace {
 
@@ -23,14 +36,6 @@ bool isInSight(const QWidget &widget)
     return true;
 }
 
-void scrollAreasTo(QWidget &widget)
-{
-    for (QWidget *around = widget.parentWidget(); around; around = around->parentWidget()) {
-        if (auto *const area = qobject_cast<QScrollArea *>(around))
-            area->ensureWidgetVisible(&widget);
-    }
-}
-
 /// When the focus comes to it, a lazy column decides by itself which of its rows is to be seen.
 void bringIntoSight(QWidget &widget)
 {
@@ -38,7 +43,7 @@ void bringIntoSight(QWidget &widget)
         if (auto *const column = qobject_cast<LazyColumn *>(around))
             column->reveal(widget);
     }
-    scrollAreasTo(widget);
+    scrollIntoSight(widget);
 }
 
 bool comesToStay(const QFocusEvent &event)
@@ -76,7 +81,7 @@ bool FocusInSight::eventFilter(QObject *watched, QEvent *event)
 {
     if (event->type() == QEvent::FocusIn && watched->isWidgetType()) {
         if (comesToStay(*static_cast<QFocusEvent *>(event)))
-            scrollAreasTo(*static_cast<QWidget *>(watched));
+            scrollIntoSight(*static_cast<QWidget *>(watched));
     } else if (event->type() == QEvent::KeyPress && watched == QApplication::focusWidget()) {
         return handleKey(*static_cast<QWidget *>(watched), *static_cast<QKeyEvent *>(event));
     } else if (event->type() == QEvent::Resize && qobject_cast<QScrollArea *>(watched)) {

@@ -85,7 +85,7 @@ inline const QColor alertSurface = ambrelCream;
 // Window and columns
 
 inline constexpr QSize windowMinimumSize{980, 680};
-inline constexpr QSize windowComfortableSize{1280, 860};
+inline constexpr QSize windowComfortableSize{1280, 900};
 inline constexpr int windowPadding = 18;
 inline constexpr int sidebarWidth = 340;
 inline constexpr int windowControlsMargin = 4;

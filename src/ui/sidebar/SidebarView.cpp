@@ -1,8 +1,11 @@
 #include "ui/sidebar/SidebarView.h"
 
+#include "toolkit/AnnouncedLabel.h"
 #include "toolkit/ClearScrollArea.h"
 #include "toolkit/ClientSideFrame.h"
 #include "toolkit/EdgeFade.h"
+#include "toolkit/FocusInSight.h"
+#include "toolkit/KeyPause.h"
 #include "toolkit/MirroredMargins.h"
 #include "ui/look/AmbrelLogo.h"
 #include "ui/look/Painting.h"
@@ -12,10 +15,12 @@
 #include "ui/sidebar/StatusLine.h"
 #include "ui/window/ViewEnvironment.h"
 
+#include <QAbstractButton>
 #include <QBoxLayout>
 #include <QLabel>
 #include <QScrollArea>
 #include <QScrollBar>
+#include <QTimer>
 
 namespace ambrel {
 
@@ -114,6 +119,8 @@ SidebarView::SidebarView(QWidget *parent) : QWidget(parent)
     whole->addLayout(foot);
     setFixedWidth(theme::sidebarWidth);
 
+    for (const auto *const button : content->findChildren<QAbstractButton *>())
+        connect(button, &QAbstractButton::clicked, this, [this] { m_awaitsAnswer = true; });
     connect(&ViewEnvironment::of(*this), &ViewEnvironment::stateDidChange, this, &SidebarView::refresh);
     refresh();
 }
@@ -121,8 +128,18 @@ SidebarView::SidebarView(QWidget *parent) : QWidget(parent)
 void SidebarView::refresh()
 {
     const auto &state = ViewEnvironment::of(*this).state();
+    const auto lines = findChildren<AnnouncedLabel *>();
+    QStringList before;
+    for (const auto *const line : lines)
+        before << line->label().text();
     showBusy(state);
     m_status->setText(state.statusText);
+    // Unless the user has gone on to type. The first is seen if there is no room for all.
+    for (qsizetype i = lines.size() - 1; i >= 0 && m_awaitsAnswer && !takesText(window()->focusWidget()); --i) {
+        if (lines[i]->label().text() != before[i])
+            QTimer::singleShot(1, lines[i], [line = lines[i]] { scrollIntoSight(*line); }); // once all is laid out
+    }
+    m_awaitsAnswer = m_awaitsAnswer && state.isBusy;
 }
 
 void SidebarView::showBusy(const AmbrelAppState &state)

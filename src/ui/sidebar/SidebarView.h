@@ -32,6 +32,7 @@ private:
     AccountForm *m_account = nullptr;
     ServerLocationForm *m_serverLocation = nullptr;
     StatusLine *m_status = nullptr;
+    bool m_awaitsAnswer = false;         ///< since a button was pressed, while its operation runs
     QPointer<QWidget> m_focusBeforeBusy; ///< the button that lost the focus by being disabled
     QPointer<QWidget> m_focusWhileBusy;  ///< where the focus went instead
 };

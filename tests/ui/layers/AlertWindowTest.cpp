@@ -26,7 +26,7 @@ private Q_SLOTS:
         pointer::moveTo({5, 5});
         m_window = m_application.openWindow();
         QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
-        QTRY_COMPARE(m_window->geometry(), QRect(320, 170, 1280, 860));
+        QTRY_COMPARE(m_window->geometry(), QRect(320, 150, 1280, 900));
         state().showSeeMeFlash = false;
         state().incomingSeeMe = SeeMeMessage{.id = QStringLiteral("1"),
                                              .fromUserId = QStringLiteral("ana"),
@@ -59,7 +59,7 @@ private Q_SLOTS:
         const QPoint to = from + QPoint(60, 60);
         QVERIFY(pointer::drag(from, to, [] { return true; }));
         pointer::clickOn(*sheet()); // a round trip
-        QCOMPARE(m_window->pos(), QPoint(320, 170));
+        QCOMPARE(m_window->pos(), QPoint(320, 150));
         QVERIFY(state().incomingSeeMe.value());
     }
 
@@ -77,7 +77,7 @@ private Q_SLOTS:
         QTRY_VERIFY(alert()->isAncestorOf(QApplication::focusWidget()));
         QTRY_VERIFY(control(QStringLiteral("Restore")));
         pointer::clickOn(*control(QStringLiteral("Restore")));
-        QTRY_COMPARE(m_window->geometry(), QRect(320, 170, 1280, 860));
+        QTRY_COMPARE(m_window->geometry(), QRect(320, 150, 1280, 900));
 
         pointer::clickOn(*control(QStringLiteral("Minimize")));
         QTRY_VERIFY(pointer::isIconified(*m_window));

@@ -484,6 +484,41 @@ private Q_SLOTS:
         }
     }
 
+    void aLongAnswerOfTheServerIsScrolledIntoSightForWhoAskedForIt()
+    {
+        ScriptedServer server;
+        const QByteArray name = QByteArray("Somewhere ").repeated(12);
+        server.on("GET", "/health", ScriptedReply::json(R"({"ok":true,"name":")" + name + R"("})"));
+        server.on(
+            "GET", "/api/app-version",
+            ScriptedReply::json(
+                R"({"versionCode":1,"versionName":"1","downloadUrl":"","apkAvailable":true,"phoneVerificationAvailable":false})"));
+        Sidebar sidebar({340, 680});
+        sidebar.state().serverBaseURL = server.url();
+        auto *const area = sidebar.window.findChild<QScrollArea *>();
+        const auto isSeen = [&](const QString &description) {
+            const auto *const line = statusLine(sidebar, description);
+            const QRect place(line->mapTo(area->viewport(), QPoint()), line->size());
+            return area->viewport()->rect().contains(place);
+        };
+        const auto isWholeAnswerSeen = [&] {
+            return isSeen(QStringLiteral("Server status")) && isSeen(QStringLiteral("Android beta status"));
+        };
+        auto *const check = sidebar.button(QStringLiteral("Check Server"));
+        QTest::mouseClick(check, Qt::LeftButton);
+        QTRY_VERIFY(isWholeAnswerSeen());
+        QTRY_VERIFY(check->isEnabled());
+
+        sidebar.state().serverStatusText = QStringLiteral("Server not checked.");
+        sidebar.refresh();
+        check->click();
+        sidebar.named<QLineEdit>(QStringLiteral("User ID"))->setFocus(); // goes on elsewhere
+        area->verticalScrollBar()->setValue(0);
+        QTRY_VERIFY(check->isEnabled());
+        QTest::qWait(20); // what is due happens
+        QCOMPARE(area->verticalScrollBar()->value(), 0);
+    }
+
     void veryLongStatusScrollsByItselfWithTheKeyboardToo()
     {
         Sidebar sidebar(tall);

@@ -63,20 +63,28 @@ private Q_SLOTS:
             QVERIFY2(isReached(QString::fromLatin1(label)), label);
     }
 
-    void theStatusLineCanBeScrolledTo()
+    void theStatusLineCanBeScrolledToAndComesIntoSightWithAnAnswer()
     {
         const auto *const status = m_window->findChild<StatusLine *>();
         const auto isShown = [&] {
             const QRect place(status->mapTo(m_window.get(), QPoint()), status->size());
             return m_window->rect().contains(place);
         };
+        const auto scrollTo = [status](QAbstractSlider::SliderAction end) {
+            for (QWidget *around = status->parentWidget(); around; around = around->parentWidget()) {
+                if (auto *const area = qobject_cast<QScrollArea *>(around))
+                    area->verticalScrollBar()->triggerAction(end);
+            }
+        };
         QVERIFY(!isShown());
-        for (QWidget *around = m_window->findChild<StatusLine *>()->parentWidget(); around;
-             around = around->parentWidget()) {
-            if (auto *const area = qobject_cast<QScrollArea *>(around))
-                area->verticalScrollBar()->triggerAction(QAbstractSlider::SliderToMaximum);
-        }
+        scrollTo(QAbstractSlider::SliderToMaximum);
         QVERIFY(isShown());
+        scrollTo(QAbstractSlider::SliderToMinimum);
+        for (auto *const button : m_window->findChildren<QAbstractButton *>()) {
+            if (button->text() == QStringLiteral("Go Live"))
+                QTest::mouseClick(button, Qt::LeftButton);
+        }
+        QTRY_VERIFY(isShown()); // "Sign up or log in first."
     }
 
 private:

@@ -27,7 +27,7 @@ private Q_SLOTS:
         pointer::moveTo({5, 5});
         m_window = m_application.openWindow();
         QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
-        QTRY_COMPARE(m_window->geometry(), QRect(320, 170, 1280, 860));
+        QTRY_COMPARE(m_window->geometry(), QRect(320, 150, 1280, 900));
         auto &state = ViewEnvironment::of(*m_window).state();
         const MatchResult ana = person(QStringLiteral("Ana"));
         state.matches = QList<MatchResult>{ana};
@@ -60,7 +60,7 @@ private Q_SLOTS:
                  first<MatchPhoto>(), first<LargeProfilePhoto>()}) {
             const QPoint from = shown->mapToGlobal(shown->rect().center());
             QVERIFY2(pointer::dragStaysInTheApplication(from, from + QPoint(40, 30)), shown->metaObject()->className());
-            QCOMPARE(pointer::placeOf(*m_window), QPoint(320, 170));
+            QCOMPARE(pointer::placeOf(*m_window), QPoint(320, 150));
         }
     }
 

@@ -78,7 +78,7 @@ private Q_SLOTS:
     void opensAtAComfortableSizeWithItsTitleForTheWindowManager()
     {
         const auto window = application().openWindow();
-        QCOMPARE(window->size(), QSize(1280, 860));
+        QCOMPARE(window->size(), QSize(1280, 900));
         QVERIFY(window->screen()->availableGeometry().contains(window->geometry()));
         QCOMPARE(window->windowTitle(), QStringLiteral("Ambrel"));
         QVERIFY(window->windowFlags() & Qt::FramelessWindowHint);
