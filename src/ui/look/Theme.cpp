@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QFontDatabase>
+#include <QFontInfo>
 #include <algorithm>
 #include <array>
 #include <utility>
@@ -35,15 +36,16 @@ bool hasHeavyWeights(const QString &family)
 }
 
 /// The desktop's family, or one that can draw the wordmark truly black. A generic name ("Sans Serif") has no weights of
-/// its own; to ask which family stands behind it would load a font that is not shown.
+/// its own; to ask which family stands behind it would load a font that is not shown, unless it is the last resort: a
+/// generic name that is not the only one of a list is passed over by Qt.
 QString chooseFamily()
 {
-    QString desktopFamily = QApplication::font().family();
-    for (const QString &family : {desktopFamily, QStringLiteral("Inter"), QStringLiteral("Noto Sans")}) {
+    for (const QString &family :
+         {QApplication::font().family(), QStringLiteral("Inter"), QStringLiteral("Noto Sans")}) {
         if (hasHeavyWeights(family))
             return family;
     }
-    return desktopFamily;
+    return QFontInfo(QApplication::font()).family();
 }
 
 } // namespace
