@@ -19,6 +19,7 @@ constexpr std::size_t maxSkeleton = std::size_t{64} * 1024 * 1024;
 constexpr std::size_t maxSmallSkeleton = std::size_t{64} * 1024;
 /// Two to the power of 53: from here on a double may stand for other whole numbers than the one written.
 constexpr double maxExactWhole = 9'007'199'254'740'992;
+constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
 
 } // namespace
 
@@ -92,6 +93,8 @@ void JsonValue::read(QString &out) const
     const auto text = expect<std::string_view>("a text");
     const std::string_view whole = m_reply.longTexts.at(text).value_or(text);
     out = QString::fromUtf8(whole.data(), static_cast<qsizetype>(whole.size()));
+    if (whole.starts_with(byteOrderMark)) // which the toolkit leaves out, but an ID may begin with it
+        out.prepend(QChar(QChar::ByteOrderMark));
 }
 
 void JsonValue::read(PhotoText &out) const
@@ -130,8 +133,8 @@ void readJson(const std::shared_ptr<Bytes> &json, const std::function<void(const
         throw DecodingError();
     JsonReply reply{.bytes = json, .longTexts = LongTexts(*json)};
     std::string_view text = reply.longTexts.skeleton();
-    if (text.starts_with("\xEF\xBB\xBF"))
-        text.remove_prefix(3);
+    if (text.starts_with(byteOrderMark))
+        text.remove_prefix(byteOrderMark.size());
 
     // Most replies are small: their parser keeps its buffers, that of a large one gives them back.
     static thread_local dom::parser smallParser;

@@ -2,6 +2,7 @@
 
 #include "model/ResponseRecords.h"
 
+#include <QStringDecoder>
 #include <cmath>
 #include <simdjson.h>
 
@@ -82,7 +83,8 @@ private:
     static PhotoText photo(const Element &value) { return PhotoText(bytes(value)); }
     static QString text(const Element &value)
     {
-        return QString::fromUtf8(bytes(value).data(), static_cast<qsizetype>(bytes(value).size()));
+        QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::ConvertInitialBom);
+        return decoder(QByteArrayView(bytes(value).data(), qsizetype(bytes(value).size())));
     }
     static qint64 integer(const Element &value)
     {

@@ -279,6 +279,15 @@ private Q_SLOTS:
         QVERIFY(!decodingFailure<UserResponse>("{\"ok\":true,\\" + text + ":1}").isEmpty());
     }
 
+    void aTextMayBeginWithAByteOrderMark()
+    {
+        for (const char *const written : {"\xEF\xBB\xBF\xEF\xBB\xBFid", "\\ufeff\\ufeffid"}) {
+            const auto reply =
+                decode<UserResponse>((std::string(R"({"ok":true,"serverTime":")") + written + "\"}").c_str());
+            QCOMPARE(reply.serverTime, QStringLiteral("\ufeff\ufeffid"));
+        }
+    }
+
     void textsWithNulAndEveryPlaneAreKept()
     {
         const auto reply = decode<HealthResponse>(R"({"ok":true,"name":"a\u0000b\ud83d\ude00é"})");
