@@ -7,7 +7,7 @@ namespace ambrel {
 
 namespace {
 
-constexpr int maximumLength = 24;
+constexpr int maxLength = 24;
 
 /// A letter keeps the marks on it, so the first code point of what the reader sees as one character decides.
 bool isLetterOrNumber(QStringView character)
@@ -28,7 +28,7 @@ QString suggestedUserId(const QString &name)
     QString id;
     int length = 0;
     qsizetype start = 0;
-    for (qsizetype end = finder.toNextBoundary(); end >= 0 && length < maximumLength; end = finder.toNextBoundary()) {
+    for (qsizetype end = finder.toNextBoundary(); end >= 0 && length < maxLength; end = finder.toNextBoundary()) {
         const QStringView character = QStringView(lower).sliced(start, end - start);
         if (isLetterOrNumber(character)) {
             id += character;
