@@ -4,7 +4,6 @@
 
 #include <QElapsedTimer>
 #include <QLockFile>
-#include <QRandomGenerator>
 #include <atomic>
 #include <csignal>
 #include <fcntl.h>
@@ -431,7 +430,8 @@ private Q_SLOTS:
                 QCOMPARE(child.readLine(), QByteArray("saving"));
                 if (i % 10 == 0) // now and then a later save is met
                     QTRY_VERIFY(StoredSettings::text(QStringLiteral("userId")).toInt() > i * 1000);
-                std::this_thread::sleep_for(std::chrono::microseconds(QRandomGenerator::global()->bounded(20'000)));
+                // At every moment of a save and of the next.
+                std::this_thread::sleep_for(std::chrono::microseconds(i * 100));
                 kill(child.id(), SIGKILL);
             }
             const StoredSettings stored;
