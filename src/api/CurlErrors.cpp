@@ -13,7 +13,10 @@ constexpr const char *connectionLost = "The network connection was lost.";
 constexpr const char *notTrusted = "The certificate for this server is not trusted.";
 constexpr const char *notSecure = "A secure connection to the server could not be made.";
 constexpr const char *offline = "The Internet connection appears to be offline.";
+constexpr const char *tooLarge = "The server's answer is too large.";
 constexpr const char *unreadable = "The server's answer could not be read.";
+
+constexpr auto headersTooLarge = static_cast<CURLcode>(100); // CURLE_TOO_LARGE, which libcurl 8.6 brought
 
 struct Row
 {
@@ -61,7 +64,8 @@ constexpr Row rows[] = {
     {CURLE_BAD_CONTENT_ENCODING, unreadable},
     {CURLE_CHUNK_FAILED, unreadable},
     {CURLE_WRITE_ERROR, unreadable},
-    {CURLE_FILESIZE_EXCEEDED, "The server's answer is too large."},
+    {CURLE_FILESIZE_EXCEEDED, tooLarge},
+    {headersTooLarge, tooLarge},
     {CURLE_TOO_MANY_REDIRECTS, "Too many redirects."},
     {CURLE_OUT_OF_MEMORY, "There is not enough memory for the server's answer."},
 };

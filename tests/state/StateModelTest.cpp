@@ -322,8 +322,7 @@ private:
             state().incomingSeeMe = std::nullopt;
             return;
         case Kind::CloseFlash:
-            m_model.showSeeMeFlash = false;
-            state().showSeeMeFlash = false;
+            closeFlash();
             return;
         case Kind::Restart:
             restart(choice);
@@ -341,6 +340,12 @@ private:
         modelField = text;
     }
 
+    void closeFlash()
+    {
+        m_model.showSeeMeFlash = false;
+        state().showSeeMeFlash = false;
+    }
+
     static void start(QCoro::Task<> operation) { Q_UNUSED(operation) } // runs on by itself
 
     /// Of requests that look the same the oldest is answered, on both sides.
@@ -349,6 +354,8 @@ private:
         const ModelRequest request = m_model.requests.at(index);
         const auto oldest = std::find_if(m_model.requests.cbegin(), m_model.requests.cend(),
                                          [&request](const ModelRequest &other) { return other.looksLike(request); });
+        if (request.kind == ModelRequest::Kind::SeeMe)
+            closeFlash(); // a flash holds the state as its request did: only where none is can it be seen to come
         m_model.receive(oldest - m_model.requests.cbegin(), reply);
         m_server.answer([&request](const ReceivedRequest &received) { return isSame(received, request); },
                         wireReply(request.kind, reply));
