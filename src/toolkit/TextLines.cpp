@@ -1,5 +1,6 @@
 #include "toolkit/TextLines.h"
 
+#include "toolkit/ColorEmoji.h"
 #include "toolkit/FontSearch.h"
 
 #include <QFontMetricsF>
@@ -48,15 +49,6 @@ bool isBlank(QChar letter)
     return letter.isSpace();
 }
 
-/// The emoji selector between the parts of a joined emoji, where it says nothing new but would part them: the text
-/// engine looks for a font for each side of it.
-bool isNeedlessSelector(QStringView text, qsizetype i)
-{
-    constexpr char16_t emojiSelector = 0xfe0f;
-    constexpr char16_t joiner = 0x200d;
-    return text[i] == emojiSelector && i + 1 < text.size() && text[i + 1] == joiner;
-}
-
 /// The first letters of `text` as they are shown: line breaks as '\n', or as blanks if they are not kept.
 QString sanitized(QStringView text, qsizetype letters, bool keepsBreaks)
 {
@@ -66,8 +58,6 @@ QString sanitized(QStringView text, qsizetype letters, bool keepsBreaks)
     for (qsizetype i = 0; i < end; ++i) {
         const QChar letter = text[i];
         if (letter == u'\r' && i + 1 < end && text[i + 1] == u'\n')
-            continue;
-        if (isNeedlessSelector(text, i))
             continue;
         if (isLineBreak(letter))
             clean.append(keepsBreaks ? u'\n' : u' ');
@@ -86,6 +76,7 @@ void prepare(QTextLayout &layout, bool isRightToLeft)
     option.setTextDirection(isRightToLeft ? Qt::RightToLeft : Qt::LeftToRight);
     layout.setTextOption(option);
     layout.setCacheEnabled(true);
+    layout.setFormats(emojiFormats(layout.text()));
 }
 
 } // namespace

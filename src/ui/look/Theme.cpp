@@ -1,5 +1,7 @@
 #include "ui/look/Theme.h"
 
+#include "toolkit/ColorEmoji.h"
+
 #include <QApplication>
 #include <QFontDatabase>
 #include <QFontInfo>
@@ -56,8 +58,8 @@ QFont font(TextStyle style)
     const auto *const entry = std::find_if(typeScale.begin(), typeScale.end(),
                                            [style](const TypeSize &candidate) { return candidate.style == style; });
     QFont font = QApplication::font();
-    font.setFamilies({family, QStringLiteral("Noto Color Emoji")}); // or some emoji come in black and white
-    font.setStyleName(QString());                                   // a desktop's style name would win over the weight
+    font.setFamilies({family, emojiFamily()}); // or some emoji come in black and white
+    font.setStyleName(QString());              // a desktop's style name would win over the weight
     font.setItalic(false);
     font.setPixelSize(entry->pixelSize);
     font.setWeight(entry->weight);

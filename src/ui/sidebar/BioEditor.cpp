@@ -1,6 +1,8 @@
 #include "ui/sidebar/BioEditor.h"
 
+#include "toolkit/ColorEmoji.h"
 #include "ui/look/Theme.h"
+#include "ui/sidebar/ShownPart.h"
 
 #include <QMimeData>
 #include <QTextBlock>
@@ -9,27 +11,6 @@
 #include <algorithm>
 
 namespace ambrel {
-
-namespace {
-
-/// How many characters are shown at first; a line of so many is laid out in a few milliseconds.
-constexpr qsizetype maxShown = 5000;
-/// An emoji costs about a millisecond, as its picture is unpacked whenever it is measured: each counts for so many.
-constexpr qsizetype emojiWeight = 100;
-
-/// Where to cut `text` so that what comes before counts for `most` characters or less, and no character is cut in two.
-qsizetype cutAt(const QString &text, qsizetype most)
-{
-    qsizetype cut = 0;
-    while (cut < text.size() && most > 0) {
-        const bool isPair = text[cut].isHighSurrogate() && cut + 1 < text.size();
-        most -= isPair ? emojiWeight : 1;
-        cut += isPair ? 2 : 1;
-    }
-    return cut;
-}
-
-} // namespace
 
 BioEditor::BioEditor(QWidget *parent) : QPlainTextEdit(parent)
 {
@@ -40,6 +21,7 @@ BioEditor::BioEditor(QWidget *parent) : QPlainTextEdit(parent)
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setAttribute(Qt::WA_Hover);
     document()->setDocumentMargin(theme::bioEditorTextMargin);
+    showEmojiInColor(*document());
     viewport()->setAutoFillBackground(false); // the style draws the field with its round corners
     connect(document(), &QTextDocument::contentsChange, this, &BioEditor::noteChange);
     connect(document(), &QTextDocument::contentsChanged, this, &BioEditor::followScript);

@@ -2,6 +2,7 @@
 
 #include "toolkit/AnnouncedLabel.h"
 #include "ui/look/TextStyling.h"
+#include "ui/sidebar/LineEditor.h"
 
 namespace ambrel {
 
@@ -22,9 +23,9 @@ QHBoxLayout *makeRow(std::initializer_list<QWidget *> widgets)
     return row;
 }
 
-QLineEdit *makeTextField(const QString &placeholder, TextField field, QWidget &parent)
+QWidget *makeTextField(const QString &placeholder, TextField field, QWidget &parent)
 {
-    auto *const editor = new QLineEdit(&parent);
+    auto *const editor = new LineEditor(&parent);
     editor->setPlaceholderText(placeholder);
     editor->setAccessibleName(placeholder);
     bindText(*editor, field);

@@ -18,7 +18,7 @@ QVBoxLayout *makeFormLayout(QWidget &box);
 QHBoxLayout *makeRow(std::initializer_list<QWidget *> widgets);
 
 /// A text field that is named by its placeholder and bound to `field`.
-QLineEdit *makeTextField(const QString &placeholder, TextField field, QWidget &parent);
+QWidget *makeTextField(const QString &placeholder, TextField field, QWidget &parent);
 
 /// A small secondary text that wraps.
 QWidget *makeCaption(const QString &text, QWidget &parent);

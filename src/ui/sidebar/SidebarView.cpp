@@ -17,10 +17,10 @@
 
 #include <QAbstractButton>
 #include <QBoxLayout>
+#include <QCoreApplication>
 #include <QLabel>
 #include <QScrollArea>
 #include <QScrollBar>
-#include <QTimer>
 
 namespace ambrel {
 
@@ -134,12 +134,20 @@ void SidebarView::refresh()
         before << line->label().text();
     showBusy(state);
     m_status->setText(state.statusText);
-    // Unless the user has gone on to type. The first is seen if there is no room for all.
-    for (qsizetype i = lines.size() - 1; i >= 0 && m_awaitsAnswer && !takesText(window()->focusWidget()); --i) {
-        if (lines[i]->label().text() != before[i])
-            QTimer::singleShot(1, lines[i], [line = lines[i]] { scrollIntoSight(*line); }); // once all is laid out
-    }
+    if (m_awaitsAnswer && !takesText(window()->focusWidget())) // else the user has gone on to type
+        showWritten(lines, before);
     m_awaitsAnswer = m_awaitsAnswer && state.isBusy;
+}
+
+void SidebarView::showWritten(const QList<AnnouncedLabel *> &lines, const QStringList &before)
+{
+    // The lines get their height: each pass reaches the layouts one level further out.
+    for (const QWidget *around = lines.first(); around; around = around->parentWidget())
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
+    for (qsizetype i = lines.size() - 1; i >= 0; --i) { // the first is seen if there is no room for all
+        if (lines[i]->label().text() != before[i])
+            scrollIntoSight(*lines[i]);
+    }
 }
 
 void SidebarView::showBusy(const AmbrelAppState &state)

@@ -9,6 +9,7 @@ namespace ambrel {
 
 class AccountForm;
 class AmbrelAppState;
+class AnnouncedLabel;
 class ServerLocationForm;
 class StatusLine;
 
@@ -28,6 +29,7 @@ protected:
 private:
     void refresh();
     void showBusy(const AmbrelAppState &state);
+    void showWritten(const QList<AnnouncedLabel *> &lines, const QStringList &before);
 
     AccountForm *m_account = nullptr;
     ServerLocationForm *m_serverLocation = nullptr;

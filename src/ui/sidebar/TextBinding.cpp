@@ -1,10 +1,10 @@
 #include "ui/sidebar/TextBinding.h"
 
 #include "ui/sidebar/BioEditor.h"
+#include "ui/sidebar/LineEditor.h"
 #include "ui/window/ViewEnvironment.h"
 
 #include <QSignalBlocker>
-#include <limits>
 
 namespace ambrel {
 
@@ -18,33 +18,24 @@ public:
     template <typename Editor>
     TextBinding(Editor &editor, TextField field) : QObject(&editor), m_field(field), m_known(value())
     {
-        show(editor, m_known);
+        editor.setWholeText(m_known);
         connect(&environment(), &ViewEnvironment::stateDidChange, this, [this, &editor] {
             if (m_known == value())
                 return;
             m_known = value();
             const QSignalBlocker blocker(editor);
-            show(editor, m_known);
+            editor.setWholeText(m_known);
         });
-    }
-
-    void write(const QString &text)
-    {
-        m_known = text;
-        environment().state().*m_field = text;
+        // Not textEdited: a screen reader sets texts, too.
+        connect(&editor, &Editor::textChanged, this, [this, &editor] {
+            m_known = editor.wholeText();
+            environment().state().*m_field = m_known;
+        });
     }
 
 private:
     ViewEnvironment &environment() const { return ViewEnvironment::of(*static_cast<QWidget *>(parent())); }
     const QString &value() const { return (environment().state().*m_field).value(); }
-
-    static void show(QLineEdit &editor, const QString &text)
-    {
-        const int caret = editor.cursorPosition();
-        editor.setText(text);
-        editor.setCursorPosition(editor.hasFocus() ? caret : 0); // an unfocused field shows its beginning
-    }
-    static void show(BioEditor &editor, const QString &text) { editor.setWholeText(text); }
 
     TextField m_field;
     QString m_known;
@@ -52,19 +43,14 @@ private:
 
 } // namespace
 
-void bindText(QLineEdit &editor, TextField field)
+void bindText(LineEditor &editor, TextField field)
 {
-    editor.setMaxLength(std::numeric_limits<int>::max()); // stored as typed, however long
-    auto *const binding = new TextBinding(editor, field); // owned by the editor
-    // Not textEdited: a screen reader sets texts, too.
-    QObject::connect(&editor, &QLineEdit::textChanged, binding, &TextBinding::write);
+    new TextBinding(editor, field); // owned by the editor
 }
 
 void bindText(BioEditor &editor, TextField field)
 {
-    auto *const binding = new TextBinding(editor, field); // owned by the editor
-    QObject::connect(&editor, &BioEditor::textChanged, binding,
-                     [binding, &editor] { binding->write(editor.wholeText()); });
+    new TextBinding(editor, field); // the same
 }
 
 } // namespace ambrel

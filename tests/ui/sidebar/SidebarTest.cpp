@@ -52,6 +52,30 @@ QWidget *statusLine(Sidebar &sidebar, const QString &description)
     return nullptr;
 }
 
+/// What a piece of work takes of the processor on this thread.
+double processorSeconds(const std::function<void()> &work)
+{
+    timespec start{};
+    timespec end{};
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &start);
+    work();
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &end);
+    return double(end.tv_sec - start.tv_sec) + double(end.tv_nsec - start.tv_nsec) / 1e9;
+}
+
+/// Texts that no person writes.
+void addHugeTexts()
+{
+    QTest::addColumn<QString>("text");
+    QTest::newRow("100 kB on one line") << QString(100'000, QLatin1Char('x'));
+    QTest::newRow("10 MB on one line") << QStringLiteral("lorem ipsum ").repeated(900'000);
+    QTest::newRow("10 MB of lines") << QStringLiteral("x\n").repeated(5'000'000);
+    QTest::newRow("combining marks") << QStringLiteral("Z") + QString(1'000'000, QChar(0x0301));
+    QTest::newRow("Devanagari") << QStringLiteral("\u0928\u092e\u0938\u094d\u0924\u0947 ").repeated(100'000);
+    QTest::newRow("emoji") << QStringLiteral("a") + QStringLiteral("\U0001F600").repeated(500'000);
+    QTest::newRow("hearts") << QStringLiteral("a") + QStringLiteral("\u2764\uFE0F").repeated(500'000);
+}
+
 } // namespace
 
 class SidebarTest : public QObject
@@ -107,16 +131,7 @@ private Q_SLOTS:
         QCOMPARE(sidebar.state().profileBio.value(), QStringLiteral("from\r\nthe server")); // shown, not changed
     }
 
-    void noBioStopsTheWindow_data()
-    {
-        QTest::addColumn<QString>("text");
-        QTest::newRow("100 kB on one line") << QString(100'000, QLatin1Char('x'));
-        QTest::newRow("10 MB on one line") << QStringLiteral("lorem ipsum ").repeated(900'000);
-        QTest::newRow("10 MB of lines") << QStringLiteral("x\n").repeated(5'000'000);
-        QTest::newRow("combining marks") << QStringLiteral("Z") + QString(1'000'000, QChar(0x0301));
-        QTest::newRow("Devanagari") << QStringLiteral("\u0928\u092e\u0938\u094d\u0924\u0947 ").repeated(100'000);
-        QTest::newRow("emoji") << QStringLiteral("a") + QStringLiteral("\U0001F600").repeated(500'000);
-    }
+    void noBioStopsTheWindow_data() { addHugeTexts(); }
     void noBioStopsTheWindow()
     {
         QFETCH(const QString, text);
@@ -124,14 +139,11 @@ private Q_SLOTS:
         auto *const bio = sidebar.named<QPlainTextEdit>(QStringLiteral("Bio"));
         sidebar.state().profileBio = QStringLiteral("warm Z\u0301 \u0928 \U0001F600"); // loads its fonts
         sidebar.refresh();
-        timespec start{};
-        clock_gettime(CLOCK_THREAD_CPUTIME_ID, &start);
-        sidebar.state().profileBio = text;
-        sidebar.refresh();
-        bio->grab();
-        timespec end{};
-        clock_gettime(CLOCK_THREAD_CPUTIME_ID, &end);
-        const double cost = double(end.tv_sec - start.tv_sec) + double(end.tv_nsec - start.tv_nsec) / 1e9;
+        const double cost = processorSeconds([&] {
+            sidebar.state().profileBio = text;
+            sidebar.refresh();
+            bio->grab();
+        });
         QVERIFY2(cost < 0.1 * slowdown, qPrintable(QString::number(cost)));
         QVERIFY(text.startsWith(bio->toPlainText()) && bio->toPlainText().size() >= 100);
         QVERIFY(sidebar.state().profileBio.value() == text); // as it was sent
@@ -186,6 +198,65 @@ private Q_SLOTS:
         bio->selectAll();
         QTest::keyClick(bio, Qt::Key_V, Qt::ControlModifier);
         QTRY_VERIFY(sidebar.state().profileBio.value() == pasted);
+    }
+
+    void noTextStopsAField_data() { addHugeTexts(); }
+    void noTextStopsAField()
+    {
+        QFETCH(const QString, text);
+        Sidebar sidebar(tall);
+        auto *const name = sidebar.named<QLineEdit>(QStringLiteral("Display name"));
+        auto &stored = sidebar.state().displayName;
+        stored = QStringLiteral("warm Z\u0301 \u0928 \U0001F600 \u2764\uFE0F"); // loads its fonts
+        sidebar.refresh();
+        const double cost = processorSeconds([&] {
+            stored = text;
+            sidebar.refresh();
+            name->grab();
+        });
+        QVERIFY2(cost < 0.1 * slowdown, qPrintable(QString::number(cost)));
+        QVERIFY(name->text().size() >= 50);
+        QVERIFY(stored.value() == text); // as it was sent
+
+        name->setFocus();
+        QTest::keyClick(name, Qt::Key_Home);
+        QTest::keyClicks(name, QStringLiteral("I "));
+        QVERIFY(stored.value().startsWith(QStringLiteral("I ") + text.left(1)));
+        QCOMPARE(stored->size(), text.size() + 2);
+        QTest::keyClick(name, Qt::Key_Z, Qt::ControlModifier);
+        QCOMPARE(stored->size(), text.size());
+    }
+
+    void whatIsHiddenInAFieldComesIntoSightAndGoesWithTheRest()
+    {
+        Sidebar sidebar(tall);
+        auto *const name = sidebar.named<QLineEdit>(QStringLiteral("Display name"));
+        auto &stored = sidebar.state().displayName;
+        QString text = QStringLiteral("0123456789").repeated(3'000);
+        stored = text;
+        sidebar.refresh();
+        QVERIFY(name->text().size() < 10'000);
+        name->setFocus();
+        name->setSelection(10, 4'000);
+        QTest::keyClick(name, Qt::Key_Delete);
+        text.remove(10, 4'000);
+        QVERIFY(stored.value() == text);
+        QVERIFY(text.startsWith(name->text()) && name->text().size() > 1'500);
+        name->selectAll();
+        QTest::keyClicks(name, QStringLiteral("new"));
+        QCOMPARE(stored.value(), QStringLiteral("new"));
+
+        const QString pasted = QStringLiteral("wide ").repeated(200'000);
+        QGuiApplication::clipboard()->setText(pasted);
+        QTest::keyClick(name, Qt::Key_V, Qt::ControlModifier);
+        QTRY_VERIFY(stored.value() == QStringLiteral("new") + pasted);
+        QVERIFY(name->text().size() < 11'000);
+        name->selectAll();
+        QTest::keyClick(name, Qt::Key_V, Qt::ControlModifier);
+        QTRY_VERIFY(stored.value() == pasted);
+        name->selectAll();
+        QTest::keyClick(name, Qt::Key_Delete);
+        QCOMPARE(stored.value(), QString());
     }
 
     void refreshKeepsCaretSelectionUndoAndFocus()
