@@ -1,5 +1,6 @@
 #include "ui/window/ContentView.h"
 
+#include "toolkit/AnnouncedLabel.h"
 #include "toolkit/ClearScrollArea.h"
 #include "toolkit/ClientSideFrame.h"
 #include "toolkit/WindowControls.h"
@@ -15,7 +16,6 @@
 #include "ui/window/ViewEnvironment.h"
 
 #include <QAbstractButton>
-#include <QAccessible>
 #include <QApplication>
 #include <QHBoxLayout>
 #include <QScrollArea>
@@ -67,7 +67,8 @@ AmbrelBackground *makeColumns(QWidget &parent)
 // The controls are made after the columns, so that the first field has the focus at first and Tab comes to them last.
 ContentView::ContentView(QWidget *parent)
     : QWidget(parent), m_area(new QScrollArea(this)), m_background(makeColumns(*m_area)),
-      m_controls(new WindowControls(this)), m_keyPause(*window(), ViewEnvironment::of(*this).timings().keyQuiet)
+      m_controls(new WindowControls(this)), m_unseen(new AnnouncedLabel(this)),
+      m_keyPause(*window(), ViewEnvironment::of(*this).timings().keyQuiet)
 {
     showThrough(*m_area, *m_background);
     setWindowBackground(*m_area->viewport());
@@ -82,6 +83,7 @@ ContentView::ContentView(QWidget *parent)
                            .closePressedFill = theme::closeControlPressed,
                            .focusRing = theme::focusRing});
     m_controls->adjustSize();
+    m_unseen->setFixedSize(0, 0); // to be heard, not seen
 
     connect(&ViewEnvironment::of(*this), &ViewEnvironment::stateDidChange, this, &ContentView::refresh);
     connect(&m_keyPause, &KeyPause::over, this, &ContentView::giveFocusToLayers);
@@ -113,15 +115,17 @@ void ContentView::refresh()
     stackLayers();
     if (!m_flash && !m_alert) {
         m_keyPause.end();
+        m_unseen->setText({});
         giveFocusBack();
         return;
     }
     if (!wasCovered)
         rememberFocus();
     m_keyPause.begin();
-    // Somebody who is typing goes on until they pause. A screen reader hears of the layer at once.
+    // Somebody who is typing goes on until they pause. Of a message a screen reader hears at once.
     const QWidget *const focused = window()->focusWidget();
-    m_isTyping = takesText(focused) && !isInLayer(focused) && !QAccessible::isActive();
+    m_isTyping = takesText(focused) && !isInLayer(focused);
+    m_unseen->setText(m_isTyping && m_message ? m_message->body : QString());
     if (!m_isTyping)
         giveFocusToLayers();
 }

@@ -13,6 +13,7 @@ class QScrollArea;
 namespace ambrel {
 
 class AmbrelBackground;
+class AnnouncedLabel;
 class SeeMeAlert;
 class SeeMeFlashOverlay;
 class WindowControls;
@@ -45,6 +46,7 @@ private:
     QScrollArea *const m_area; ///< scrolls everything on a screen that is smaller than the window is to be
     AmbrelBackground *const m_background;
     WindowControls *const m_controls;
+    AnnouncedLabel *const m_unseen; ///< a message that came while somebody types, for screen readers
     KeyPause m_keyPause;
     QPointer<SeeMeFlashOverlay> m_flash;
     QPointer<SeeMeAlert> m_alert;

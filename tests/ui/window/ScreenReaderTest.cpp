@@ -126,16 +126,40 @@ private Q_SLOTS:
         QCOMPARE(takeTold(), QStringList{QStringLiteral("Ana not selected")});
     }
 
-    void anAlertTakesTheFocusAtOnceFromAFieldToo()
+    void anAlertIsToldToWhoTypesAndTakesTheFocusAtTheirNextPause()
     {
-        m_content->named<QLineEdit>(QStringLiteral("Email"))->setFocus();
-        m_content->state().incomingSeeMe = SeeMeMessage();
+        auto *const email = m_content->named<QLineEdit>(QStringLiteral("Email"));
+        email->setFocus();
+        takeTold();
+        SeeMeMessage message;
+        message.body = QStringLiteral("Look left!");
+        m_content->state().incomingSeeMe = message;
         QCoreApplication::sendPostedEvents(); // no timer goes off meanwhile
-        QVERIFY(m_content->view->findChild<CoveringLayer *>()->isAncestorOf(QApplication::focusWidget()));
-        QVERIFY(!m_content->named<QLineEdit>(QStringLiteral("Email"))->isEnabled());
+        QCOMPARE(takeTold(), QStringList{message.body});
+        QVERIFY(email->isEnabled());
+        QTest::sendKeyEvent(QTest::Click, m_content->window.windowHandle(), Qt::Key_S, QStringLiteral("s"), {});
+        QCOMPARE(m_content->state().email.value(), QStringLiteral("s"));
+        QTRY_VERIFY(isInLayer(QApplication::focusWidget()));
+        QVERIFY(!email->isEnabled());
+    }
+
+    void anAlertThatTakesTheFocusAtOnceIsToldByIt()
+    {
+        m_content->button(QStringLiteral("Pause"))->setFocus();
+        takeTold();
+        SeeMeMessage message;
+        message.body = QStringLiteral("Look left!");
+        m_content->state().incomingSeeMe = message;
+        QCoreApplication::sendPostedEvents();
+        QVERIFY(isInLayer(QApplication::focusWidget()));
+        QCOMPARE(takeTold(), QStringList());
     }
 
 private:
+    bool isInLayer(const QWidget *widget)
+    {
+        return m_content->view->findChild<CoveringLayer *>()->isAncestorOf(widget);
+    }
     void show(const QList<MatchResult> &matches)
     {
         m_content->state().matches = matches;
