@@ -98,6 +98,9 @@ private Q_SLOTS:
 
     void fewDescriptorsNeverEndTheProgram()
     {
+#if defined(__SANITIZE_ADDRESS__)
+        QSKIP("The sanitizer opens a pipe to see whether memory can be read, and takes it for bad where it can't.");
+#endif
         int successes = 0;
         for (int left = 0; left < 24; ++left) {
             const auto ends = endsOf({"AMBREL_SCARCE=descriptors", "AMBREL_LEFT=" + QByteArray::number(left)});

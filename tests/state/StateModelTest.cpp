@@ -207,13 +207,12 @@ class Experiment
 {
 public:
     /// `patience` is how long the two may take to agree.
-    Experiment(PatientServer &server, std::chrono::milliseconds patience)
-        : m_server(server), m_patience(patience), m_model(server.address()),
-          m_fixture({{QStringLiteral("serverBaseURL"), server.address()},
+    explicit Experiment(std::chrono::milliseconds patience)
+        : m_patience(patience), m_model(m_server.address()),
+          m_fixture({{QStringLiteral("serverBaseURL"), m_server.address()},
                      {QStringLiteral("userId"), QStringLiteral("me")},
                      {QStringLiteral("deviceId"), QStringLiteral("mac-1")}},
-                    timings()),
-          m_requestsBefore(server.count(0us))
+                    timings())
     {
     }
 
@@ -229,16 +228,18 @@ public:
         return {};
     }
 
-    /// Answers what still waits, so that the state can end. Differences do not matter any more.
-    void end()
+    /// Answers what still waits until nothing holds the state any more. Differences do not matter then.
+    ~Experiment()
     {
-        for (int quiet = 0; quiet < 3; ++quiet) {
-            while (m_server.answer([](const ReceivedRequest &) { return true; }, ScriptedReply::json("{}", 500)))
-                quiet = 0;
-            QCoreApplication::processEvents(QEventLoop::AllEvents);
+        state().shutDown();
+        while (m_fixture.state.use_count() > 1) {
+            while (m_server.answer([](const ReceivedRequest &) { return true; }, ScriptedReply::json("{}", 500))) {
+            }
             m_server.count(500us);
+            QCoreApplication::processEvents(QEventLoop::AllEvents);
         }
     }
+    Q_DISABLE_COPY_MOVE(Experiment)
 
 private:
     static LiveTimings timings() { return {1h, 1h, 1h}; }
@@ -397,7 +398,7 @@ private:
         QString found;
         do {
             QCoreApplication::processEvents(QEventLoop::AllEvents);
-            found = difference(m_server.count(50us) - m_requestsBefore);
+            found = difference(m_server.count(50us));
         } while (!found.isEmpty() && timer.elapsed() < m_patience.count());
         return found;
     }
@@ -431,11 +432,10 @@ private:
         return {};
     }
 
-    PatientServer &m_server;
+    PatientServer m_server;
     const std::chrono::milliseconds m_patience;
     StateModel m_model;
     StateFixture m_fixture;
-    const int m_requestsBefore;
     QString m_difference;
 };
 
@@ -457,11 +457,7 @@ class StateModelTest : public QObject
 
     static QString differenceIn(const Sequence &sequence, std::chrono::milliseconds patience)
     {
-        static PatientServer server;
-        Experiment experiment(server, patience);
-        const QString difference = experiment.run(sequence);
-        experiment.end();
-        return difference;
+        return Experiment(patience).run(sequence);
     }
 
     /// Leaves out whatever the difference does not need.
