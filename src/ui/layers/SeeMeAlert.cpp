@@ -68,7 +68,7 @@ SeeMeAlert::SeeMeAlert(const QString &message, std::function<void()> onDismiss, 
     column->addWidget(m_heading);
     column->addWidget(m_messageArea);
     column->addWidget(m_dismiss);
-    m_sheet->setFixedWidth(theme::alertWidth);
+    m_sheet->setFixedWidth(theme::scaled(theme::alertWidth));
     auto *const centre = new QVBoxLayout(this);
     centre->setContentsMargins(padding, padding, padding, padding);
     centre->addWidget(m_sheet, 0, Qt::AlignCenter);
@@ -86,9 +86,9 @@ void SeeMeAlert::setMessage(const QString &message)
 
 void SeeMeAlert::fitMessage()
 {
-    const int frame =
-        4 * theme::alertPadding + 2 * theme::alertSpacing + m_heading->sizeHint().height() + theme::buttonMinimumHeight;
-    const int natural = m_message->heightForWidth(theme::alertWidth - 2 * theme::alertPadding);
+    const int frame = 4 * theme::alertPadding + 2 * theme::alertSpacing + m_heading->sizeHint().height() +
+                      m_dismiss->sizeHint().height();
+    const int natural = m_message->heightForWidth(theme::scaled(theme::alertWidth) - 2 * theme::alertPadding);
     m_messageArea->setFixedHeight(std::clamp(natural, 0, std::max(0, height() - frame)));
 }
 

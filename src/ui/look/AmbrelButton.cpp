@@ -36,7 +36,8 @@ AmbrelSecondaryButton::AmbrelSecondaryButton(const QString &label, QWidget *pare
 QSize AmbrelButton::sizeHint() const
 {
     // The same width for every label, so that buttons in a row share it equally.
-    return {theme::buttonMinimumHeight, theme::buttonMinimumHeight};
+    const int height = theme::scaled(theme::buttonMinimumHeight);
+    return {height, height};
 }
 
 void AmbrelButton::focusInEvent(QFocusEvent *event)

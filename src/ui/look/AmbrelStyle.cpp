@@ -177,7 +177,7 @@ QSize AmbrelStyle::sizeFromContents(ContentsType type, const QStyleOption *optio
                                     const QWidget *widget) const
 {
     if (type == CT_LineEdit)
-        return {contents.width() + 2 * theme::fieldTextMargin, theme::fieldHeight};
+        return {contents.width() + 2 * theme::fieldTextMargin, theme::scaled(theme::fieldHeight)};
     if (type == CT_MenuItem)
         return QProxyStyle::sizeFromContents(type, option, contents, widget) + theme::menuItemPadding;
     if (type == CT_GroupBox)

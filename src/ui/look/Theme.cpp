@@ -52,6 +52,15 @@ QString chooseFamily()
 
 } // namespace
 
+/// A size in points is what the user has chosen; larger screen resolutions scale the whole window instead.
+qreal textScale()
+{
+    constexpr qreal largestDefault = 11; // no desktop's own size is larger
+    constexpr qreal largest = 3;
+    static const qreal scale = std::clamp(QApplication::font().pointSizeF() / largestDefault, 1.0, largest);
+    return scale;
+}
+
 QFont font(TextStyle style)
 {
     static const QString family = chooseFamily();
@@ -61,7 +70,7 @@ QFont font(TextStyle style)
     font.setFamilies({family, emojiFamily()}); // or some emoji come in black and white
     font.setStyleName(QString());              // a desktop's style name would win over the weight
     font.setItalic(false);
-    font.setPixelSize(entry->pixelSize);
+    font.setPixelSize(scaled(entry->pixelSize));
     font.setWeight(entry->weight);
     return font;
 }

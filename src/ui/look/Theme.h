@@ -205,6 +205,14 @@ enum class TextStyle {
     FlashTitle ///< "SEE ME" on the flash
 };
 
+/// How much larger the desktop's texts are than they come; 1 at least. Texts, and the lengths that make room for them,
+/// grow by it. Main thread, after the application object exists.
+qreal textScale();
+inline int scaled(int length)
+{
+    return qRound(length * textScale());
+}
+
 /// The font of a text style, in the desktop's own family where that has true heavy weights. Main thread, after the
 /// application object exists.
 QFont font(TextStyle style);

@@ -67,7 +67,7 @@ MainPanelView::MainPanelView(QWidget *parent)
     top->addLayout(makeHeader());
     top->addWidget(m_meter);
 
-    m_nearby->setMinimumWidth(theme::matchColumnMinimumWidth + gutter);
+    m_nearby->setMinimumWidth(theme::scaled(theme::matchColumnMinimumWidth) + gutter);
     auto *const column = new QVBoxLayout(m_nearby);
     column->setContentsMargins({});
     column->setSpacing(theme::matchColumnSpacing);

@@ -65,7 +65,7 @@ int MatchCard::commonHeight() const
     const int texts = lines(m_name, 1) + lines(m_heat, 1) + lines(m_bio, theme::maxCardBioLines) + lines(m_score, 1) +
                       3 * theme::cardTextSpacing;
     return 2 * theme::cardPadding + std::max(texts, theme::cardPhotoSize.height()) + theme::cardSpacing +
-           theme::buttonMinimumHeight;
+           theme::scaled(theme::buttonMinimumHeight);
 }
 
 QLayout *MatchCard::makeSummary()
@@ -130,7 +130,7 @@ void MatchCard::describe()
 
 void MatchCard::fitBio()
 {
-    int room = height() - 2 * theme::cardPadding - theme::cardSpacing - theme::buttonMinimumHeight;
+    int room = height() - 2 * theme::cardPadding - theme::cardSpacing - theme::scaled(theme::buttonMinimumHeight);
     for (const ElidedLabel *const label : {m_name, m_heat, m_score})
         room -= label->sizeHint().height() + theme::cardTextSpacing;
     const int width = this->width() - 2 * theme::cardPadding - m_photo->width() - theme::cardPhotoSpacing;

@@ -34,7 +34,7 @@ WrappedLabel *makeLabel(QWidget *parent, theme::TextStyle style, const QColor &c
 
 ProfilePanel::ProfilePanel(QWidget *parent) : QWidget(parent), m_scrollArea(new QScrollArea(this))
 {
-    setFixedWidth(theme::profilePanelWidth);
+    setFixedWidth(theme::scaled(theme::profilePanelWidth));
     m_scrollArea->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     m_scrollArea->setWidgetResizable(true);
     showThrough(*m_scrollArea, *makeContent());
@@ -57,7 +57,7 @@ QWidget *ProfilePanel::makeContent()
 
     // The scroll bar comes and goes within the padding, so that the column keeps its width.
     const int padding = theme::panelPadding;
-    content->setFixedWidth(theme::profilePanelWidth - theme::scrollBarThickness);
+    content->setFixedWidth(theme::scaled(theme::profilePanelWidth) - theme::scrollBarThickness);
     auto *const column = new QVBoxLayout(content);
     column->setContentsMargins(padding, padding, padding - theme::scrollBarThickness, padding);
     column->setSpacing(theme::profileSpacing);

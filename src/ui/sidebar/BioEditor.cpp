@@ -15,7 +15,7 @@ namespace ambrel {
 BioEditor::BioEditor(QWidget *parent) : QPlainTextEdit(parent)
 {
     setAccessibleName(QStringLiteral("Bio"));
-    setFixedHeight(theme::bioEditorHeight);
+    setFixedHeight(theme::scaled(theme::bioEditorHeight));
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed); // or the box around it would take free space
     setTabChangesFocus(true);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);

@@ -117,7 +117,7 @@ SidebarView::SidebarView(QWidget *parent) : QWidget(parent)
     whole->setSpacing(0);
     whole->addWidget(area);
     whole->addLayout(foot);
-    setFixedWidth(theme::sidebarWidth);
+    setFixedWidth(theme::scaled(theme::sidebarWidth));
 
     for (const auto *const button : content->findChildren<QAbstractButton *>())
         connect(button, &QAbstractButton::clicked, this, [this] { m_awaitsAnswer = true; });

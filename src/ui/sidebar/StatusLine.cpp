@@ -43,7 +43,7 @@ bool StatusLine::event(QEvent *event)
 
 void StatusLine::fitText()
 {
-    setFixedHeight(std::min(m_text->label().heightForWidth(width()), theme::maxStatusLineHeight));
+    setFixedHeight(std::min(m_text->label().heightForWidth(width()), theme::scaled(theme::maxStatusLineHeight)));
 }
 
 } // namespace ambrel

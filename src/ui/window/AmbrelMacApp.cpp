@@ -56,7 +56,7 @@ void bringToFront(QWidget &window)
 QRect comfortableGeometry(const QScreen &screen)
 {
     const QRect available = screen.availableGeometry();
-    QRect geometry(QPoint(), theme::windowComfortableSize.boundedTo(available.size()));
+    QRect geometry(QPoint(), (theme::windowComfortableSize * theme::textScale()).boundedTo(available.size()));
     geometry.moveCenter(available.center());
     return geometry;
 }
