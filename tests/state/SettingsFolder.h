@@ -18,14 +18,7 @@ public:
     void makeFolder() const { QDir(path()).mkdir(QStringLiteral("Ambrel")); }
 
 private:
-    /// In memory where the system offers that: waiting for a disk is not what most tests are about.
-    static QString place()
-    {
-        return (QDir(QStringLiteral("/dev/shm")).exists() ? QStringLiteral("/dev/shm") : QDir::tempPath()) +
-               QStringLiteral("/ambrel-settings-XXXXXX");
-    }
-
-    QTemporaryDir m_directory{place()};
+    QTemporaryDir m_directory;
 };
 
 /// The preference store as it is on the disk.
