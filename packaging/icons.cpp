@@ -1,4 +1,6 @@
-// Writes the application's icons, drawn as the window draws the brand mark. Usage: ambrel-icons FOLDER NAME
+// Writes the application's icons, drawn as the window draws the brand mark. Usage:
+//   ambrel-icons FOLDER NAME   all that a theme of the Linux desktops has, as FOLDER/SIZE/apps/NAME.SUFFIX
+//   ambrel-icons FILE          one large picture, in the format of the file's suffix
 #include "ui/look/AmbrelLogo.h"
 
 #include <QDir>
@@ -59,7 +61,7 @@ bool writePicture(const QString &path, int size)
     QPainter painter(&picture);
     ambrel::AmbrelLogo::paint(painter, size, false);
     painter.end();
-    return picture.save(path, "PNG");
+    return picture.save(path);
 }
 
 } // namespace
@@ -69,8 +71,10 @@ int main(int argc, char **argv)
     qputenv("QT_QPA_PLATFORM", "offscreen");
     const QGuiApplication application(argc, argv);
     const QStringList arguments = QCoreApplication::arguments();
+    if (arguments.size() == 2)
+        return writePicture(arguments.at(1), 256) ? EXIT_SUCCESS : EXIT_FAILURE;
     if (arguments.size() != 3) {
-        std::fputs("Usage: ambrel-icons FOLDER NAME\n", stderr);
+        std::fputs("Usage: ambrel-icons FOLDER NAME, or ambrel-icons FILE\n", stderr);
         return EXIT_FAILURE;
     }
     const auto place = [&arguments](const QString &size, const QString &suffix) {
