@@ -6,15 +6,33 @@
 #include <clocale>
 #include <cmath>
 #include <cstdlib>
+#if __has_include(<xlocale.h>)
+#include <xlocale.h> // on macOS
+#endif
 
 namespace ambrel {
 
+namespace {
+
+/// C's strtod as it is without a locale.
+double readNumber(const char *text, char **end)
+{
+#if defined(Q_OS_WIN)
+    static const _locale_t cLocale = _create_locale(LC_ALL, "C");
+    return _strtod_l(text, end, cLocale);
+#else
+    static const locale_t cLocale = newlocale(LC_ALL_MASK, "C", nullptr);
+    return strtod_l(text, end, cLocale);
+#endif
+}
+
+} // namespace
+
 double parsedCoordinate(const QString &text, double fallback)
 {
-    static const locale_t cLocale = newlocale(LC_ALL_MASK, "C", nullptr);
     const QByteArray number = text.trimmed().toUtf8();
     char *end = nullptr;
-    const double value = strtod_l(number.constData(), &end, cLocale);
+    const double value = readNumber(number.constData(), &end);
     const bool isWhole = !number.isEmpty() && end == number.constData() + number.size();
     return isWhole ? value : fallback;
 }
