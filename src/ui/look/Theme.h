@@ -58,8 +58,9 @@ inline const QColor divider = QColor::fromRgbF(0.55F, 0.36F, 0.29F, 0.35F);
 inline const QColor scrollBarHandle = QColor::fromRgbF(0.35F, 0.26F, 0.235F, 0.4F);
 inline const QColor scrollBarHandleHovered = QColor::fromRgbF(0.35F, 0.26F, 0.235F, 0.7F);
 
-// Switch and window controls
+// Window edge, switch and window controls
 
+inline const QColor windowEdge = QColor::fromRgbF(0.35F, 0.16F, 0.1F, 0.35F);
 inline const QColor switchOff = QColor::fromRgbF(0.35F, 0.26F, 0.235F, 0.55F);
 inline const QColor switchKnob = Qt::white;
 inline const QColor windowControlGlyph = secondaryText;
@@ -88,6 +89,7 @@ inline constexpr QSize windowMinimumSize{980, 680};
 inline constexpr QSize windowComfortableSize{1280, 900};
 inline constexpr int windowPadding = 18;
 inline constexpr int sidebarWidth = 340;
+inline constexpr int windowRadius = 10;
 inline constexpr int windowControlsMargin = 4;
 inline constexpr int dividerThickness = 1;
 inline constexpr int mainPanelPadding = 18;

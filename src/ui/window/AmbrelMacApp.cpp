@@ -8,6 +8,7 @@
 #include "toolkit/FocusInSight.h"
 #include "toolkit/ReducedMotion.h"
 #include "toolkit/ScreenFit.h"
+#include "toolkit/WindowEdge.h"
 #include "ui/look/AmbrelLogo.h"
 #include "ui/look/AmbrelStyle.h"
 #include "ui/look/Theme.h"
@@ -95,8 +96,9 @@ std::unique_ptr<QWidget> AmbrelMacApp::openWindow()
     setAccessibleRole(*window, QAccessible::Window);
     window->setWindowTitle(QStringLiteral("Ambrel"));
     window->setGeometry(comfortableGeometry(*primaryScreen()));
-    new ClientSideFrame(*window);                     // owned by the window
-    new ScreenFit(*window, theme::windowMinimumSize); // the same
+    new ClientSideFrame(*window);                                    // owned by the window
+    new ScreenFit(*window, theme::windowMinimumSize);                // the same
+    new WindowEdge(*window, theme::windowRadius, theme::windowEdge); // the same
     ViewEnvironment::inject(*window, m_state);
 
     auto *const layout = new QVBoxLayout(window.get());
