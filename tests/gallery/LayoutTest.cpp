@@ -85,7 +85,7 @@ private Q_SLOTS:
     {
         QTest::addColumn<QSize>("size");
         QTest::newRow("980 x 680") << smallestWindow;
-        QTest::newRow("1280 x 860") << comfortableWindow;
+        QTest::newRow("1280 x 900") << comfortableWindow;
         QTest::newRow("1600 x 1000") << largeWindow;
     }
 

@@ -10,7 +10,7 @@
 namespace ambrel {
 
 inline constexpr QSize smallestWindow{980, 680};
-inline constexpr QSize comfortableWindow{1280, 860};
+inline constexpr QSize comfortableWindow{1280, 900};
 inline constexpr QSize largeWindow{1600, 1000};
 
 /// One situation in which the window can be seen.
