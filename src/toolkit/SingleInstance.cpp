@@ -1,6 +1,7 @@
 #include "toolkit/SingleInstance.h"
 
 #include <QDBusConnection>
+#include <QDBusConnectionInterface>
 #include <QDBusMessage>
 #include <utility>
 
@@ -25,6 +26,7 @@ SingleInstance::SingleInstance(QString name) : m_name(std::move(name))
     if (!bus.isConnected())
         return;
     bus.registerObject(objectPath, this, QDBusConnection::ExportScriptableSlots); // before anybody can find it
+    bus.interface()->setTimeout(maxWait);
     m_isFirst = bus.registerService(m_name);
     if (!m_isFirst)
         wakeFirst();

@@ -74,10 +74,10 @@ AmbrelMacApp::AmbrelMacApp(int &argc, char **argv) : QApplication(argc, argv)
     QLoggingCategory::setFilterRules(QStringLiteral("qt.gui.imageio*=false")); // a broken photo is shown as locked
     AmbrelStyle::install();
     FocusInSight::install();
-    quitOnEndingSignals();
     m_instance.emplace(instanceName());
     if (m_instance->isFirst())
         m_state = AmbrelAppState::create(m_sound);
+    quitOnEndingSignals();
 }
 
 AmbrelMacApp::~AmbrelMacApp()
