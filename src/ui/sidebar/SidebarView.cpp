@@ -128,13 +128,13 @@ SidebarView::SidebarView(QWidget *parent) : QWidget(parent)
 void SidebarView::refresh()
 {
     const auto &state = ViewEnvironment::of(*this).state();
-    const auto lines = findChildren<AnnouncedLabel *>();
+    const auto lines = m_awaitsAnswer ? findChildren<AnnouncedLabel *>() : QList<AnnouncedLabel *>();
     QStringList before;
     for (const auto *const line : lines)
         before << line->label().text();
     showBusy(state);
     m_status->setText(state.statusText);
-    if (m_awaitsAnswer && !takesText(window()->focusWidget())) // else the user has gone on to type
+    if (!lines.isEmpty() && !takesText(window()->focusWidget())) // else the user has gone on to type
         showWritten(lines, before);
     m_awaitsAnswer = m_awaitsAnswer && state.isBusy;
 }
