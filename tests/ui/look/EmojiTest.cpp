@@ -69,7 +69,8 @@ private Q_SLOTS:
             QList<QWidget *> found{content.named<QLineEdit>(QStringLiteral("Display name")),
                                    content.named<QPlainTextEdit>(QStringLiteral("Bio"))};
             for (auto *const label : content.window.findChildren<TextLabel *>()) {
-                if (label->text().contains(redHeart) || label->text().contains(textHeart))
+                const bool isSeen = !label->visibleRegion().isEmpty();
+                if (isSeen && (label->text().contains(redHeart) || label->text().contains(textHeart)))
                     found << label;
             }
             return found;
