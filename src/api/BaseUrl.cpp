@@ -25,7 +25,7 @@ bool hasUrlSyntax(const QString &text)
 
 /// True when the host in `text` has a character that nobody sees, or that is left out of international names: the host
 /// is another one than it seems to be.
-bool hidesLetters(const QString &text)
+bool hidesCharacters(const QString &text)
 {
     const qsizetype begin = text.indexOf(QLatin1String("//")) + 2;
     static const QRegularExpression end(QStringLiteral("[/?#]"));
@@ -62,7 +62,7 @@ QUrl baseURLFromText(const QString &text)
     const QString address = normalizedBaseURL(text);
     if (!hasUrlSyntax(address))
         return QUrl(developmentServer(), QUrl::StrictMode);
-    return hidesLetters(address) ? QUrl() : QUrl(address, QUrl::StrictMode);
+    return hidesCharacters(address) ? QUrl() : QUrl(address, QUrl::StrictMode);
 }
 
 QString percentEncoded(const QString &text, const QByteArray &kept)

@@ -22,9 +22,10 @@ protected:
     }
 };
 
-bool asksForEmoji(QChar letter)
+bool asksForEmoji(QChar character)
 {
-    return letter == QChar(0xfe0f) || letter == QChar(0x20e3) || letter == QChar(0x200d) || letter == QChar(0xd83c);
+    return character == QChar(0xfe0f) || character == QChar(0x20e3) || character == QChar(0x200d) ||
+           character == QChar(0xd83c);
 }
 
 } // namespace

@@ -10,8 +10,8 @@ namespace ambrel {
 QString emojiFamily();
 
 /// Makes that family, and no other for any part of it, draw each emoji of `text` that asks for its emoji form: with a
-/// selector or a skin tone, as a keycap, or joined with others. Left to itself the toolkit takes letter by letter from
-/// the first font that has it, which is a text font for many. Main thread.
+/// selector or a skin tone, as a keycap, or joined with others. Left to itself the toolkit takes character by character
+/// from the first font that has it, which is a text font for many. Main thread.
 QList<QTextLayout::FormatRange> emojiFormats(const QString &text);
 
 /// Keeps the emoji of a document that way while it is edited. Main thread.

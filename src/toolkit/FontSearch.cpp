@@ -10,31 +10,32 @@ namespace ambrel {
 
 namespace {
 
-// Of the processor, in one turn of the event loop. The first letter of a script takes 20 to 100 ms: texts in ordinary
-// use are shown whole at once.
+// Of the processor, in one turn of the event loop. The first character of a script takes 20 to 100 ms: texts in
+// ordinary use are shown whole at once.
 constexpr std::clock_t maxSearch = CLOCKS_PER_SEC / 10;
-constexpr qsizetype maxRemembered = 50'000; // letters of one font
+constexpr qsizetype maxRemembered = 50'000; // characters of one font
 
-/// Whether any font has this letter, or nothing needs to be drawn for it.
-bool isEverywhere(QChar letter)
+/// Whether any font has this character, or nothing needs to be drawn for it.
+bool isEverywhere(QChar character)
 {
     constexpr char16_t endOfLatin = 0x250;
-    return letter < endOfLatin || (letter >= u'\u2000' && letter <= u'\u206f') || letter == QChar::ReplacementCharacter;
+    return character < endOfLatin || (character >= u'\u2000' && character <= u'\u206f') ||
+           character == QChar::ReplacementCharacter;
 }
 
-QChar::Script scriptOf(const QString &letter)
+QChar::Script scriptOf(const QString &character)
 {
-    return QChar::script(letter.toUcs4().constFirst());
+    return QChar::script(character.toUcs4().constFirst());
 }
 
-/// Letters of no script of their own are drawn in the fonts of the script that they stand in.
-bool hasOwnScript(const QString &letter)
+/// Characters of no script of their own are drawn in the fonts of the script that they stand in.
+bool hasOwnScript(const QString &character)
 {
-    return scriptOf(letter) != QChar::Script_Common && scriptOf(letter) != QChar::Script_Inherited;
+    return scriptOf(character) != QChar::Script_Common && scriptOf(character) != QChar::Script_Inherited;
 }
 
-/// The letter that begins at `start`, as one or two code units.
-QString letterAt(const QString &text, qsizetype start)
+/// The character that begins at `start`, as one or two code units.
+QString characterAt(const QString &text, qsizetype start)
 {
     const bool isPair = start + 1 < text.size() && text[start].isHighSurrogate() && text[start + 1].isLowSurrogate();
     return text.mid(start, isPair ? 2 : 1);
@@ -53,27 +54,27 @@ QString FontSearch::shownFor(const QString &text, const QFont &font)
 {
     if (std::all_of(text.begin(), text.end(), isEverywhere))
         return text;
-    QString neighbour; // of the script that letters without one belong to
+    QString neighbour; // of the script that characters without one belong to
     for (qsizetype i = 0; i < text.size() && neighbour.isEmpty(); ++i) {
-        const QString letter = letterAt(text, i);
-        neighbour = hasOwnScript(letter) ? letter : QString();
+        const QString character = characterAt(text, i);
+        neighbour = hasOwnScript(character) ? character : QString();
     }
     const QString unknown = QChar(QChar::ReplacementCharacter);
     QString shown;
     shown.reserve(text.size());
     for (qsizetype i = 0; i < text.size();) {
-        const QString letter = letterAt(text, i);
-        i += letter.size();
-        if (hasOwnScript(letter))
-            neighbour = letter;
-        shown += isEverywhere(letter.front()) || isFound(letter, neighbour, font) ? letter : unknown;
+        const QString character = characterAt(text, i);
+        i += character.size();
+        if (hasOwnScript(character))
+            neighbour = character;
+        shown += isEverywhere(character.front()) || isFound(character, neighbour, font) ? character : unknown;
     }
     return shown;
 }
 
-bool FontSearch::isFound(const QString &letter, const QString &neighbour, const QFont &font)
+bool FontSearch::isFound(const QString &character, const QString &neighbour, const QFont &font)
 {
-    const QString key = QChar(char16_t(neighbour.isEmpty() ? QChar::Script_Common : scriptOf(neighbour))) + letter;
+    const QString key = QChar(char16_t(neighbour.isEmpty() ? QChar::Script_Common : scriptOf(neighbour))) + character;
     QSet<QString> &found = m_found[font];
     if (found.contains(key))
         return true;
@@ -86,7 +87,7 @@ bool FontSearch::isFound(const QString &letter, const QString &neighbour, const 
         return false;
     }
     const std::clock_t start = std::clock();
-    QTextLayout layout(letter == neighbour ? letter : neighbour + letter, font);
+    QTextLayout layout(character == neighbour ? character : neighbour + character, font);
     layout.beginLayout();
     layout.createLine();
     layout.endLayout();

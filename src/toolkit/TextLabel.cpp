@@ -15,8 +15,8 @@ namespace ambrel {
 
 namespace {
 
-// The width that a label asks for ends at this many letters of average width.
-constexpr int widestHintLetters = 80;
+// The width that a label asks for ends at this many characters of average width.
+constexpr int maxHintCharacters = 80;
 
 class AccessibleLabel : public QAccessibleWidget
 {
@@ -45,7 +45,7 @@ void TextLabel::setText(const QString &text)
     const auto size = [this] { return std::pair(sizeHint(), hasHeightForWidth() ? heightForWidth(width()) : 0); };
     const auto before = size();
     m_text = text;
-    m_laidOutLetters = 0;
+    m_laidOutCharacters = 0;
     forgetLines();
     if (size() != before)
         updateGeometry();
@@ -65,7 +65,7 @@ void TextLabel::setAlignment(Qt::Alignment alignment)
 QSize TextLabel::sizeHint() const
 {
     const QFontMetrics metrics = fontMetrics();
-    const TextLines &lines = linesAt(widestHintLetters * metrics.averageCharWidth());
+    const TextLines &lines = linesAt(maxHintCharacters * metrics.averageCharWidth());
     const QMargins margins = contentsMargins();
     return {lines.width() + margins.left() + margins.right(), lines.height() + margins.top() + margins.bottom()};
 }
@@ -124,7 +124,7 @@ const TextLines &TextLabel::linesAt(int wanted) const
         std::swap(m_measured[0], m_measured[1]);
         if (m_measured[0].width != width) {
             m_measured[0] = {width, breakLines(width)};
-            m_laidOutLetters += m_measured[0].lines.laidOutLetters();
+            m_laidOutCharacters += m_measured[0].lines.laidOutCharacters();
             if (m_measured[0].lines.waitsForFonts() && !std::exchange(m_waitsForFonts, true))
                 connect(&FontSearch::instance(), &FontSearch::goneOn, this, &TextLabel::relayOut);
         }

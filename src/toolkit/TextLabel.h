@@ -21,8 +21,8 @@ public:
     /// Where the text stands in the label; leading and vertically centred at first. Leading follows the direction of
     /// the text unless Qt::AlignAbsolute is set.
     void setAlignment(Qt::Alignment alignment);
-    /// How many letters have been laid out since the text was set: the work that the text has cost.
-    qsizetype laidOutLetters() const { return m_laidOutLetters; }
+    /// How many characters have been laid out since the text was set: the work that the text has cost.
+    qsizetype laidOutCharacters() const { return m_laidOutCharacters; }
 
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
@@ -55,7 +55,7 @@ private:
     Qt::Alignment m_alignment = Qt::AlignLeading | Qt::AlignVCenter;
     mutable std::array<Measured, 2> m_measured; // layouts ask for a wanted and for the actual width in turn
     mutable bool m_waitsForFonts = false;
-    mutable qsizetype m_laidOutLetters = 0;
+    mutable qsizetype m_laidOutCharacters = 0;
 };
 
 } // namespace ambrel

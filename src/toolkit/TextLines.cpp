@@ -16,55 +16,55 @@ namespace {
 
 constexpr QChar ellipsis(u'\u2026');
 
-// Laying out a paragraph in one piece takes time that grows with the square of its length. Pieces of this many letters
-// keep it linear; a piece grows up to the larger size only while it does not fill a line.
-constexpr qsizetype pieceLetters = 512;
-constexpr qsizetype largestPieceLetters = 2 * pieceLetters;
+// Laying out a paragraph in one piece takes time that grows with the square of its length. Pieces of this many
+// characters keep it linear; a piece grows up to the larger size only while it does not fill a line.
+constexpr qsizetype pieceCharacters = 512;
+constexpr qsizetype maxPieceCharacters = 2 * pieceCharacters;
 
 // Layouts of drawn lines are kept for texts of up to this many lines, for repainting while scrolling.
 constexpr std::size_t keptLayouts = 200;
 
-// No visible letter is narrower than a pixel; the constant leaves room for marks and controls without a width.
-qsizetype lettersThatCouldFit(qreal width, int lines)
+// No visible character is narrower than a pixel; the constant leaves room for marks and controls without a width.
+qsizetype charactersThatCouldFit(qreal width, int lines)
 {
     constexpr qsizetype spare = 64;
     constexpr qreal widest = 16384;
     return (qsizetype(std::clamp<qreal>(width, 0, widest)) + spare) * lines;
 }
 
-qsizetype withoutHalfLetter(QStringView text, qsizetype end)
+qsizetype withoutHalfCharacter(QStringView text, qsizetype end)
 {
     return end > 0 && end < text.size() && text[end - 1].isHighSurrogate() && text[end].isLowSurrogate() ? end - 1
                                                                                                          : end;
 }
 
-bool isLineBreak(QChar letter)
+bool isLineBreak(QChar character)
 {
-    return letter == u'\n' || letter == u'\r' || letter == QChar::LineSeparator ||
-           letter == QChar::ParagraphSeparator || letter == QChar(0x85);
+    return character == u'\n' || character == u'\r' || character == QChar::LineSeparator ||
+           character == QChar::ParagraphSeparator || character == QChar(0x85);
 }
 
-bool isBlank(QChar letter)
+bool isBlank(QChar character)
 {
-    return letter.isSpace();
+    return character.isSpace();
 }
 
-/// The first letters of `text` as they are shown: line breaks as '\n', or as blanks if they are not kept.
-QString sanitized(QStringView text, qsizetype letters, bool keepsBreaks)
+/// The first characters of `text` as they are shown: line breaks as '\n', or as blanks if they are not kept.
+QString sanitized(QStringView text, qsizetype characters, bool keepsBreaks)
 {
     QString clean;
-    const qsizetype end = withoutHalfLetter(text, std::min(letters, text.size()));
+    const qsizetype end = withoutHalfCharacter(text, std::min(characters, text.size()));
     clean.reserve(end);
     for (qsizetype i = 0; i < end; ++i) {
-        const QChar letter = text[i];
-        if (letter == u'\r' && i + 1 < end && text[i + 1] == u'\n')
+        const QChar character = text[i];
+        if (character == u'\r' && i + 1 < end && text[i + 1] == u'\n')
             continue;
-        if (isLineBreak(letter))
+        if (isLineBreak(character))
             clean.append(keepsBreaks ? u'\n' : u' ');
-        else if (letter == QChar::ObjectReplacementCharacter)
+        else if (character == QChar::ObjectReplacementCharacter)
             clean.append(QChar::ReplacementCharacter);
         else
-            clean.append(letter.category() == QChar::Other_Control ? QChar(u' ') : letter);
+            clean.append(character.category() == QChar::Other_Control ? QChar(u' ') : character);
     }
     return clean;
 }
@@ -98,21 +98,21 @@ TextLines TextLines::wrapped(const QString &text, const QFont &font, qreal width
     return lines;
 }
 
-TextLines TextLines::elided(const QString &text, const QFont &font, qreal width, int maximumLines)
+TextLines TextLines::elided(const QString &text, const QFont &font, qreal width, int maxLines)
 {
-    const qsizetype letters = lettersThatCouldFit(width, maximumLines);
-    TextLines lines(sanitized(text, letters, maximumLines > 1), font);
-    lines.breakAll(width, maximumLines + 1);
-    if (lines.lineCount() <= maximumLines && letters >= text.size())
+    const qsizetype characters = charactersThatCouldFit(width, maxLines);
+    TextLines lines(sanitized(text, characters, maxLines > 1), font);
+    lines.breakAll(width, maxLines + 1);
+    if (lines.lineCount() <= maxLines && characters >= text.size())
         return lines;
-    while (lines.lineCount() > maximumLines) {
+    while (lines.lineCount() > maxLines) {
         lines.m_height = lines.m_lines.back().top;
         lines.m_lines.pop_back();
     }
     const Line &last = lines.m_lines.back();
     const qsizetype paragraphEnd = lines.m_text.indexOf(u'\n', last.start);
     const QString rest = lines.m_text.mid(last.start, paragraphEnd < 0 ? -1 : paragraphEnd - last.start);
-    lines.m_laidOutLetters += rest.size();
+    lines.m_laidOutCharacters += rest.size();
     QString tail = QFontMetricsF(font).elidedText(rest + ellipsis, Qt::ElideRight, std::max<qreal>(width, 0));
     if (tail.isEmpty())
         tail = ellipsis;
@@ -138,47 +138,47 @@ QStringList TextLines::shownLines() const
     return lines;
 }
 
-void TextLines::breakAll(qreal width, int maximumLines)
+void TextLines::breakAll(qreal width, int maxLines)
 {
-    for (qsizetype start = 0; start <= m_text.size() && lineCount() < maximumLines;) {
+    for (qsizetype start = 0; start <= m_text.size() && lineCount() < maxLines;) {
         const qsizetype newline = m_text.indexOf(u'\n', start);
         const qsizetype end = newline < 0 ? m_text.size() : newline;
-        breakParagraph(start, end, width, maximumLines);
+        breakParagraph(start, end, width, maxLines);
         start = end + 1;
     }
 }
 
-void TextLines::breakParagraph(qsizetype start, qsizetype end, qreal width, int maximumLines)
+void TextLines::breakParagraph(qsizetype start, qsizetype end, qreal width, int maxLines)
 {
     const bool isRightToLeft = QStringView(m_text).mid(start, end - start).isRightToLeft();
-    qsizetype wanted = pieceLetters;
+    qsizetype wanted = pieceCharacters;
     do {
-        const qsizetype pieceEnd = withoutHalfLetter(m_text, std::min(end, start + wanted));
+        const qsizetype pieceEnd = withoutHalfCharacter(m_text, std::min(end, start + wanted));
         QTextLayout layout(m_text.mid(start, pieceEnd - start), m_font);
         prepare(layout, isRightToLeft);
         layout.beginLayout();
         for (QTextLine line = layout.createLine(); line.isValid(); line = layout.createLine())
             line.setLineWidth(std::max<qreal>(width, 1));
         layout.endLayout();
-        m_laidOutLetters += pieceEnd - start;
+        m_laidOutCharacters += pieceEnd - start;
 
         const bool isWhole = pieceEnd == end;
-        if (!isWhole && layout.lineCount() < 2 && wanted < largestPieceLetters) {
+        if (!isWhole && layout.lineCount() < 2 && wanted < maxPieceCharacters) {
             wanted *= 2;
             continue;
         }
         // The last line of a piece may go on in the next one.
         const int finished = isWhole ? layout.lineCount() : std::max(1, layout.lineCount() - 1);
         qsizetype next = start;
-        for (int i = 0; i < finished && lineCount() < maximumLines; ++i) {
+        for (int i = 0; i < finished && lineCount() < maxLines; ++i) {
             const QTextLine line = layout.lineAt(i);
             appendLine(start + line.textStart(), line.textLength(), line.ascent(), line.descent(),
                        line.naturalTextWidth(), isRightToLeft);
             next = start + line.textStart() + line.textLength();
         }
         start = next;
-        wanted = std::max(pieceLetters, wanted / 2);
-    } while (start < end && lineCount() < maximumLines);
+        wanted = std::max(pieceCharacters, wanted / 2);
+    } while (start < end && lineCount() < maxLines);
 }
 
 void TextLines::appendLine(qsizetype start, qsizetype length, qreal ascent, qreal descent, qreal width,
@@ -206,7 +206,7 @@ void TextLines::replaceLastLine(const QString &text, qreal width)
     m_height = last.top;
     m_lines.pop_back();
     m_text = m_text.left(start) + text;
-    m_laidOutLetters += text.size();
+    m_laidOutCharacters += text.size();
 
     QTextLayout layout(text, m_font);
     prepare(layout, isRightToLeft);
@@ -223,12 +223,12 @@ QTextLayout &TextLines::layoutOf(const Line &line) const
     if (!line.layout) {
         // The blanks at the end of a broken line have no place in its width.
         const QStringView shown = QStringView(m_text).mid(line.start, line.length);
-        const qsizetype letters =
+        const qsizetype characters =
             line.length - (std::find_if_not(shown.crbegin(), shown.crend(), isBlank) - shown.crbegin());
-        line.layout = std::make_unique<QTextLayout>(m_text.mid(line.start, letters), m_font);
+        line.layout = std::make_unique<QTextLayout>(m_text.mid(line.start, characters), m_font);
         prepare(*line.layout, line.isRightToLeft);
         line.layout->beginLayout();
-        line.layout->createLine().setNumColumns(int(letters));
+        line.layout->createLine().setNumColumns(int(characters));
         line.layout->endLayout();
     }
     return *line.layout;

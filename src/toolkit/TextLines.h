@@ -19,9 +19,9 @@ class TextLines
 public:
     /// The whole of `text` at most `width` pixels wide; line breaks in the text are kept.
     static TextLines wrapped(const QString &text, const QFont &font, qreal width);
-    /// At most `maximumLines` lines of `text`, the last one ending in "…" if there would be more. Looks only at as much
+    /// At most `maxLines` lines of `text`, the last one ending in "…" if there would be more. Looks only at as much
     /// of the text as could fit. Line breaks in the text are kept if there can be several lines.
-    static TextLines elided(const QString &text, const QFont &font, qreal width, int maximumLines);
+    static TextLines elided(const QString &text, const QFont &font, qreal width, int maxLines);
 
     TextLines();
     TextLines(TextLines &&) noexcept;
@@ -37,10 +37,10 @@ public:
     /// The same, line by line.
     QStringList shownLines() const;
     int lineCount() const { return int(m_lines.size()); }
-    /// Whether letters are missing until FontSearch has gone on.
+    /// Whether characters are missing until FontSearch has gone on.
     bool waitsForFonts() const { return m_waitsForFonts; }
-    /// How many letters were laid out to find the lines: the work done.
-    qsizetype laidOutLetters() const { return m_laidOutLetters; }
+    /// How many characters were laid out to find the lines: the work done.
+    qsizetype laidOutCharacters() const { return m_laidOutCharacters; }
 
     /// Draws the lines that meet `clip`, in the painter's pen. Leading alignment follows the direction of each
     /// paragraph, unless Qt::AlignAbsolute is set.
@@ -60,8 +60,8 @@ private:
     };
 
     TextLines(const QString &text, const QFont &font);
-    void breakAll(qreal width, int maximumLines);
-    void breakParagraph(qsizetype start, qsizetype end, qreal width, int maximumLines);
+    void breakAll(qreal width, int maxLines);
+    void breakParagraph(qsizetype start, qsizetype end, qreal width, int maxLines);
     void appendLine(qsizetype start, qsizetype length, qreal ascent, qreal descent, qreal width, bool isRightToLeft);
     void replaceLastLine(const QString &text, qreal width);
     QTextLayout &layoutOf(const Line &line) const;
@@ -71,7 +71,7 @@ private:
     std::vector<Line> m_lines;
     int m_height = 0;
     bool m_waitsForFonts = false;
-    qsizetype m_laidOutLetters = 0;
+    qsizetype m_laidOutCharacters = 0;
 };
 
 } // namespace ambrel

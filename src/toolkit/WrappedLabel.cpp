@@ -4,7 +4,7 @@ namespace ambrel {
 
 namespace {
 
-constexpr qsizetype mostLetters = 2000;
+constexpr qsizetype maxCharacters = 2000;
 
 } // namespace
 
@@ -23,8 +23,8 @@ void WrappedLabel::setShowsEverything(bool everything)
 
 TextLines WrappedLabel::breakLines(int width) const
 {
-    const bool isCut = !m_showsEverything && text().size() > mostLetters;
-    return TextLines::wrapped(isCut ? text().left(mostLetters) + u'\u2026' : text(), font(), width);
+    const bool isCut = !m_showsEverything && text().size() > maxCharacters;
+    return TextLines::wrapped(isCut ? text().left(maxCharacters) + u'\u2026' : text(), font(), width);
 }
 
 } // namespace ambrel

@@ -5,7 +5,7 @@
 namespace ambrel {
 
 /// A label that wraps its text at any width, long words included, and is as high as that takes. Line breaks in the
-/// text are kept. Shows the first 2000 letters and "…" unless it is told to show everything. Main thread only.
+/// text are kept. Shows the first 2000 characters and "…" unless it is told to show everything. Main thread only.
 class WrappedLabel : public TextLabel
 {
     Q_OBJECT

@@ -36,7 +36,7 @@ private Q_SLOTS:
         label.resize(300, label.heightForWidth(300));
         label.grab();
         QVERIFY(label.height() < 300 * label.fontMetrics().lineSpacing());
-        QVERIFY2(label.laidOutLetters() < 10'000, qPrintable(QString::number(label.laidOutLetters())));
+        QVERIFY2(label.laidOutCharacters() < 10'000, qPrintable(QString::number(label.laidOutCharacters())));
         QCOMPARE(label.text(), million);
     }
 
@@ -47,14 +47,15 @@ private Q_SLOTS:
         const int height = label.heightForWidth(300);
         const int lettersInALine = 300 / label.fontMetrics().horizontalAdvance(u'w');
         QVERIFY(height >= 1'000'000 / lettersInALine * label.fontMetrics().height());
-        QVERIFY2(label.laidOutLetters() < 1'500'000, qPrintable(QString::number(label.laidOutLetters())));
+        QVERIFY2(label.laidOutCharacters() < 1'500'000, qPrintable(QString::number(label.laidOutCharacters())));
     }
 
     void millionBlanksAndLineBreaksShownWholeTakeLinearWork()
     {
         for (const QString &text : {QString(1'000'000, u' '), QString(100'000, u'\n'), QString(200'000, u'\u0301')}) {
             const TextLines lines = TextLines::wrapped(text, QApplication::font(), 300);
-            QVERIFY2(lines.laidOutLetters() <= 3 * text.size(), qPrintable(QString::number(lines.laidOutLetters())));
+            QVERIFY2(lines.laidOutCharacters() <= 3 * text.size(),
+                     qPrintable(QString::number(lines.laidOutCharacters())));
         }
     }
 
@@ -66,7 +67,7 @@ private Q_SLOTS:
         for (TextLabel *label : {static_cast<TextLabel *>(&wrapped), static_cast<TextLabel *>(&elided)}) {
             label->resize(200, label->sizeHint().height());
             label->grab();
-            QVERIFY2(label->laidOutLetters() < 10'000, qPrintable(QString::number(label->laidOutLetters())));
+            QVERIFY2(label->laidOutCharacters() < 10'000, qPrintable(QString::number(label->laidOutCharacters())));
         }
         QVERIFY(elided.sizeHint().height() < 3 * elided.fontMetrics().height());
     }
@@ -76,10 +77,10 @@ private Q_SLOTS:
         WrappedLabel label(million);
         label.setShowsEverything(true);
         label.resize(300, label.heightForWidth(300));
-        const qsizetype work = label.laidOutLetters();
+        const qsizetype work = label.laidOutCharacters();
         QImage screen(300, 400, QImage::Format_RGB32);
         label.render(&screen, {}, QRect(0, label.height() / 2, 300, 400));
-        QCOMPARE(label.laidOutLetters(), work);
+        QCOMPARE(label.laidOutCharacters(), work);
     }
 
     void elidedMegabyteTakesBoundedWork()
@@ -90,7 +91,7 @@ private Q_SLOTS:
             label.setMaximumLines(2);
             label.resize(400, label.heightForWidth(400));
             label.grab();
-            QVERIFY2(label.laidOutLetters() < 15'000, qPrintable(QString::number(label.laidOutLetters())));
+            QVERIFY2(label.laidOutCharacters() < 15'000, qPrintable(QString::number(label.laidOutCharacters())));
             QVERIFY(TextLines::elided(text, label.font(), 400, 2).shownText().endsWith(u'\u2026'));
         }
     }

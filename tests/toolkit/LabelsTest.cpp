@@ -263,13 +263,13 @@ private Q_SLOTS:
         QCoreApplication::processEvents();
         EventCounter paints(*wrapped, QEvent::Paint), morePaints(*elided, QEvent::Paint);
         EventCounter layouts(window, QEvent::LayoutRequest);
-        const qsizetype work = wrapped->laidOutLetters() + elided->laidOutLetters();
+        const qsizetype work = wrapped->laidOutCharacters() + elided->laidOutCharacters();
         wrapped->setText(QString(prose));
         elided->setText(QString(prose));
         QCoreApplication::sendPostedEvents();
         QCoreApplication::processEvents();
         QCOMPARE(paints.count + morePaints.count + layouts.count, 0);
-        QCOMPARE(wrapped->laidOutLetters() + elided->laidOutLetters(), work);
+        QCOMPARE(wrapped->laidOutCharacters() + elided->laidOutCharacters(), work);
         wrapped->setText(QStringLiteral("other"));
         QTRY_VERIFY(paints.count > 0 && layouts.count > 0);
     }

@@ -12,17 +12,17 @@ namespace ambrel {
 namespace {
 
 /// What is laid out in one go, in about three milliseconds. Honest biographies are shorter.
-constexpr qsizetype pieceLetters = 2000;
+constexpr qsizetype pieceCharacters = 2000;
 
 /// Where the piece that begins at `start` ends: the whole rest, or after a line break, or else after a word.
 qsizetype pieceEnd(const QString &text, qsizetype start)
 {
-    if (text.size() - start <= pieceLetters)
+    if (text.size() - start <= pieceCharacters)
         return text.size();
-    const qsizetype limit = start + pieceLetters;
+    const qsizetype limit = start + pieceCharacters;
     for (const QChar separator : {QChar(u'\n'), QChar(u' ')}) {
         const qsizetype last = text.lastIndexOf(separator, limit - 1);
-        if (last >= start + pieceLetters / 2)
+        if (last >= start + pieceCharacters / 2)
             return last + 1;
     }
     return text[limit].isLowSurrogate() ? limit - 1 : limit;
@@ -52,12 +52,12 @@ void BioText::setText(const QString &text)
 void BioText::showNextPiece()
 {
     const qsizetype end = pieceEnd(m_text, m_shown);
-    QString letters = m_text.mid(m_shown, end - m_shown);
-    if (end < m_text.size() && letters.endsWith(u'\n'))
-        letters.chop(1); // the next piece begins a line anyway
+    QString characters = m_text.mid(m_shown, end - m_shown);
+    if (end < m_text.size() && characters.endsWith(u'\n'))
+        characters.chop(1); // the next piece begins a line anyway
     m_shown = end;
 
-    auto *const piece = new WrappedLabel(letters, this);
+    auto *const piece = new WrappedLabel(characters, this);
     piece->setShowsEverything(true);
     piece->setAlignment(topLeftInEveryScript);
     styleText(*piece, theme::TextStyle::Body);

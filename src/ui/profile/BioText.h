@@ -35,7 +35,7 @@ private:
     void placeAll();
 
     QString m_text;
-    qsizetype m_shown = 0; ///< how many letters stand there already
+    qsizetype m_shown = 0; ///< how many characters stand there already
     QList<WrappedLabel *> m_pieces;
     int m_height = 0; ///< of all pieces at the present width
 };

@@ -291,7 +291,7 @@ private Q_SLOTS:
             before = now;
         }
         for (auto *const piece : panel.bio().findChildren<WrappedLabel *>())
-            QVERIFY(piece->laidOutLetters() <= 3 * piece->text().size()); // no piece is laid out again and again
+            QVERIFY(piece->laidOutCharacters() <= 3 * piece->text().size()); // no piece is laid out again and again
     }
 
     void hostileTextsStayWithinTheColumn_data()
