@@ -3,6 +3,7 @@
 #include <QtEndian>
 #include <algorithm>
 #include <array>
+#include <cstring>
 #include <span>
 
 namespace ambrel {
@@ -94,6 +95,15 @@ std::optional<Frame> frameOf(uchar marker, Segment segment)
     return frame;
 }
 
+/// Where the first byte from `start` on stands that may begin a marker; the end if there is none.
+std::size_t markerFrom(std::size_t start, Segment bytes)
+{
+    if (start >= bytes.size())
+        return bytes.size();
+    const void *const found = std::memchr(&bytes[start], 0xff, bytes.size() - start);
+    return found ? std::size_t(static_cast<const uchar *>(found) - bytes.data()) : bytes.size();
+}
+
 /// How many blocks the scan goes over.
 qint64 blocksOf(Segment scan, const Frame &frame)
 {
@@ -114,10 +124,10 @@ bool isModestJpeg(const QByteArray &file)
     int scans = 0;
     qint64 blockVisits = 0;
     bool keepsBlocks = false;
-    for (std::size_t at = 2; at + 1 < bytes.size(); ++at) {
+    for (std::size_t at = markerFrom(2, bytes); at + 1 < bytes.size(); at = markerFrom(at + 1, bytes)) {
         // Between segments stands the coded picture, where 0xff is followed by 0.
         const uchar marker = bytes[at + 1];
-        if (bytes[at] != 0xff || marker == 0xff || marker == 0)
+        if (marker == 0xff || marker == 0)
             continue;
         if (marker == EndOfImage)
             break;
