@@ -1,9 +1,8 @@
 // The window and its frame while the alert is up, under a real window manager, with a real pointer.
 #include "support/WindowManager.h"
-#include "toolkit/FramedWindow.h"
 #include "ui/layers/SeeMeAlert.h"
 #include "ui/layers/SeeMeFlashOverlay.h"
-#include "ui/window/AmbrelMacApp.h"
+#include "ui/window/OpenedWindow.h"
 #include "ui/window/ViewEnvironment.h"
 
 #include <QScreen>
@@ -22,11 +21,9 @@ public:
 private Q_SLOTS:
     void init()
     {
-        pointer::forgetEarlierClicks();
-        pointer::moveTo({5, 5});
-        m_window = m_application.openWindow();
-        QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
-        QTRY_COMPARE(m_window->geometry(), QRect(320, 150, 1280, 900));
+        openForUse(m_application, m_window);
+        if (QTest::currentTestFailed())
+            return;
         state().showSeeMeFlash = false;
         state().incomingSeeMe = SeeMeMessage{.id = QStringLiteral("1"),
                                              .fromUserId = QStringLiteral("ana"),

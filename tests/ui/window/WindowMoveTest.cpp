@@ -1,6 +1,5 @@
 // By which of its places the window can be moved, under a real window manager, with a real pointer.
 #include "support/WindowManager.h"
-#include "toolkit/FramedWindow.h"
 #include "ui/MatchViews.h"
 #include "ui/look/AmbrelLogo.h"
 #include "ui/people/LivePill.h"
@@ -8,7 +7,7 @@
 #include "ui/profile/LargeProfilePhoto.h"
 #include "ui/profile/MatchPhoto.h"
 #include "ui/sidebar/StatusLine.h"
-#include "ui/window/AmbrelMacApp.h"
+#include "ui/window/OpenedWindow.h"
 #include "ui/window/ViewEnvironment.h"
 
 using namespace ambrel;
@@ -23,11 +22,9 @@ public:
 private Q_SLOTS:
     void init()
     {
-        pointer::forgetEarlierClicks();
-        pointer::moveTo({5, 5});
-        m_window = m_application.openWindow();
-        QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
-        QTRY_COMPARE(m_window->geometry(), QRect(320, 150, 1280, 900));
+        openForUse(m_application, m_window);
+        if (QTest::currentTestFailed())
+            return;
         auto &state = ViewEnvironment::of(*m_window).state();
         const MatchResult ana = person(QStringLiteral("Ana"));
         state.matches = QList<MatchResult>{ana};
